@@ -1,0 +1,71 @@
+#include "app/CommandLine.h"
+
+#include "app/AppContext.h"
+#include "app/Commands.h"
+
+int runVersionCommand(const QStringList& /*args*/, CommandIO& io) {
+    io.out << getProgramVersion() << '\n';
+    return 0;
+}
+
+const std::vector<CommandEntry>& headlessCommands() {
+    static const std::vector<CommandEntry> table = {
+        {"--version", "--version", runVersionCommand},
+    };
+    return table;
+}
+
+bool isHeadlessInvocation(const QStringList& args) {
+    if (args.isEmpty()) {
+        return false;
+    }
+    if (args.first() == QLatin1String("--help") || args.first() == QLatin1String("-h")) {
+        return true;
+    }
+    for (const auto& entry : headlessCommands()) {
+        if (args.first() == QLatin1String(entry.name)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+int runHeadlessCommand(const QStringList& args, CommandIO& io) {
+    for (const auto& entry : headlessCommands()) {
+        if (!args.isEmpty() && args.first() == QLatin1String(entry.name)) {
+            return entry.handler(args.mid(1), io);
+        }
+    }
+    io.out << "Usage: quillmere-pad [--automation | SUBCOMMAND ...]\n";
+    for (const auto& entry : headlessCommands()) {
+        io.out << "  quillmere-pad " << entry.usage << '\n';
+    }
+    return args.isEmpty() || args.first() == QLatin1String("--help") ||
+                   args.first() == QLatin1String("-h")
+               ? 0
+               : 2;
+}
+
+std::optional<QString> optionValue(const QStringList& args, const QString& name) {
+    const int at = args.indexOf(name);
+    if (at < 0 || at + 1 >= args.size()) {
+        return std::nullopt;
+    }
+    return args.at(at + 1);
+}
+
+bool hasFlag(const QStringList& args, const QString& name) {
+    return args.contains(name);
+}
+
+QStringList positionalArguments(const QStringList& args, const QStringList& optionsWithValues) {
+    QStringList result;
+    for (int i = 0; i < args.size(); ++i) {
+        if (optionsWithValues.contains(args.at(i))) {
+            ++i;
+        } else if (!args.at(i).startsWith(QLatin1String("--"))) {
+            result << args.at(i);
+        }
+    }
+    return result;
+}

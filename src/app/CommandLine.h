@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QStringList>
+#include <QTextStream>
+
+#include <optional>
+
+// The headless subcommands: the same routines the windows call, for batch
+// work and tests. Each handler gets the arguments after the subcommand's
+// name and returns the process exit status.
+struct CommandIO {
+    QTextStream& out;
+    QTextStream& err;
+};
+
+using CommandHandler = int (*)(const QStringList& args, CommandIO& io);
+
+struct CommandEntry {
+    const char* name;
+    const char* usage;
+    CommandHandler handler;
+};
+
+// The table of subcommands.
+const std::vector<CommandEntry>& headlessCommands();
+
+// True when the arguments (without the program name) ask for a headless
+// subcommand or for --version/--help, which need no window.
+bool isHeadlessInvocation(const QStringList& args);
+
+// Runs it; the caller has made the application object.
+int runHeadlessCommand(const QStringList& args, CommandIO& io);
+
+// Small helpers shared by the handlers: "--name value" options.
+std::optional<QString> optionValue(const QStringList& args, const QString& name);
+bool hasFlag(const QStringList& args, const QString& name);
+// The arguments that are neither options nor option values.
+QStringList positionalArguments(const QStringList& args, const QStringList& optionsWithValues);

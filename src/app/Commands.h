@@ -1,0 +1,6 @@
+#pragma once
+
+#include "app/CommandLine.h"
+
+// One handler per subcommand, each in its own source file of app/.
+int runVersionCommand(const QStringList& args, CommandIO& io);

@@ -1,0 +1,29 @@
+#include "app/CommandLine.h"
+
+#include <QApplication>
+#include <QGuiApplication>
+
+#include <cstdio>
+#include <memory>
+
+int runWindowedProgram(int argc, char** argv);
+
+int main(int argc, char** argv) {
+    QStringList args;
+    for (int i = 1; i < argc; ++i) {
+        args << QString::fromLocal8Bit(argv[i]);
+    }
+    if (isHeadlessInvocation(args)) {
+        // Headless work lays text out like the windows do, which needs a
+        // GUI application but no screen.
+        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+        }
+        QGuiApplication application(argc, argv);
+        QTextStream out(stdout);
+        QTextStream err(stderr);
+        CommandIO io{out, err};
+        return runHeadlessCommand(args, io);
+    }
+    return runWindowedProgram(argc, argv);
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+// File and folder helpers. Paths use this platform's separator; "backslash"
+// in the names means the path separator.
+class fileControl {
+public:
+    static bool FileExists(const QString& path);
+    static bool FolderExists(const QString& path);
+    static qint64 FileSize(const QString& path);
+    // The name without its folder.
+    static QString FileName(const QString& path);
+    // The folder without a trailing separator.
+    static QString FolderName(const QString& path);
+    // Without the point; empty when the name has none.
+    static QString Extension(const QString& path);
+    static QString RemoveExtension(const QString& path);
+    static QString AddBackslash(const QString& path);
+    static QString RemoveBackslash(const QString& path);
+    // Copies a file; with overwrite false an existing target is kept and
+    // the call fails. The copy is written whole and renamed into place.
+    static bool CopyFile(const QString& from, const QString& to, bool overwrite);
+    static bool DeleteFile(const QString& path);
+
+    // Copies a folder tree; returns false if any file could not be copied.
+    static bool CopyFolder(const QString& from, const QString& to, bool overwrite);
+
+    // Writes the bytes to a temporary file in the target's folder and
+    // renames it over the target, so a crash leaves the old or the new file.
+    // Returns false (and leaves the target untouched) on any failure.
+    static bool writeFileAtomically(const QString& path, const QByteArray& bytes);
+    // The whole file, or nothing when it cannot be read.
+    static std::optional<QByteArray> readWholeFile(const QString& path);
+
+    // True when `path` lies at or below `folder`, compared case-insensitively
+    // as the old program compared upper-cased paths.
+    static bool isBelowFolder(const QString& path, const QString& folder);
+};
