@@ -72,8 +72,9 @@ std::optional<KeyLine> keyOf(const QString& line) {
     }
     QString value = line.mid(eq + 1).trimmed();
     // The profile calls strip one pair of surrounding quotes.
-    if (value.size() >= 2 && ((value.startsWith(QLatin1Char('"')) && value.endsWith(QLatin1Char('"'))) ||
-                              (value.startsWith(QLatin1Char('\'')) && value.endsWith(QLatin1Char('\''))))) {
+    if (value.size() >= 2 &&
+        ((value.startsWith(QLatin1Char('"')) && value.endsWith(QLatin1Char('"'))) ||
+         (value.startsWith(QLatin1Char('\'')) && value.endsWith(QLatin1Char('\''))))) {
         value = value.mid(1, value.size() - 2);
     }
     return KeyLine{key, value};

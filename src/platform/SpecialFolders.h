@@ -8,10 +8,10 @@
 // the program's own folder.
 namespace SpecialFolders {
 
-QString roamingAppData();  // per user, roaming: XDG config home
-QString localAppData();    // per user, this machine: XDG data home
-QString commonAppData();   // all users: /var/lib
-QString myDocuments();     // the XDG documents folder
-QString programFolder();   // the executable's folder
+QString roamingAppData(); // per user, roaming: XDG config home
+QString localAppData();   // per user, this machine: XDG data home
+QString commonAppData();  // all users: /var/lib
+QString myDocuments();    // the XDG documents folder
+QString programFolder();  // the executable's folder
 
 } // namespace SpecialFolders
