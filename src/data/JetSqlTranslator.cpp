@@ -1,0 +1,397 @@
+#include "data/JetSqlTranslator.h"
+
+#include "platform/errorClass.h"
+
+#include <QRegularExpression>
+#include <vector>
+
+namespace {
+
+enum class Kind { Space, Word, Bracketed, Text, Date, Number, Operator, Punct };
+
+struct Token {
+    Kind kind;
+    QString text;   // as written (for Text: the value, unquoted)
+    QVariant value; // Text, Date, Number
+};
+
+bool isWordStart(QChar c) {
+    return c.isLetter() || c == u'_';
+}
+bool isWordChar(QChar c) {
+    return c.isLetterOrNumber() || c == u'_' || c == u'$';
+}
+
+[[noreturn]] void fail(const QString& text) {
+    throw QmError(QmError::DatabaseError, text);
+}
+
+std::vector<Token> tokenize(const QString& sql) {
+    std::vector<Token> out;
+    const qsizetype n = sql.size();
+    qsizetype i = 0;
+    while (i < n) {
+        const QChar c = sql[i];
+        if (c.isSpace()) {
+            qsizetype j = i;
+            while (j < n && sql[j].isSpace())
+                ++j;
+            out.push_back({Kind::Space, sql.mid(i, j - i), {}});
+            i = j;
+        } else if (c == u'\'' || c == u'"') {
+            QString value;
+            qsizetype j = i + 1;
+            bool closed = false;
+            while (j < n) {
+                if (sql[j] == c) {
+                    if (j + 1 < n && sql[j + 1] == c) {
+                        value += c;
+                        j += 2;
+                        continue;
+                    }
+                    closed = true;
+                    ++j;
+                    break;
+                }
+                value += sql[j++];
+            }
+            if (!closed)
+                fail(QStringLiteral("Unterminated text literal in SQL statement: %1").arg(sql));
+            out.push_back({Kind::Text, value, value});
+            i = j;
+        } else if (c == u'[') {
+            const qsizetype j = sql.indexOf(u']', i + 1);
+            if (j < 0)
+                fail(QStringLiteral("Unterminated name in brackets in SQL statement: %1").arg(sql));
+            out.push_back({Kind::Bracketed, sql.mid(i, j - i + 1), {}});
+            i = j + 1;
+        } else if (c == u'#') {
+            const qsizetype j = sql.indexOf(u'#', i + 1);
+            if (j < 0)
+                fail(QStringLiteral("Unterminated date literal in SQL statement: %1").arg(sql));
+            const QString inner = sql.mid(i + 1, j - i - 1).trimmed();
+            const auto parsed = JetSqlTranslator::parseDateLiteral(inner);
+            if (!parsed)
+                fail(QStringLiteral("Bad date literal #%1# in SQL statement").arg(inner));
+            static const QRegularExpression hasTime(QStringLiteral(":"));
+            static const QRegularExpression hasDate(QStringLiteral("[/-]"));
+            const QString stored = JetSqlTranslator::storageText(*parsed, inner.contains(hasDate),
+                                                                 inner.contains(hasTime));
+            out.push_back({Kind::Date, sql.mid(i, j - i + 1), stored});
+            i = j + 1;
+        } else if (c.isDigit() || (c == u'.' && i + 1 < n && sql[i + 1].isDigit())) {
+            qsizetype j = i;
+            bool dot = false;
+            while (j < n && (sql[j].isDigit() || (sql[j] == u'.' && !dot))) {
+                if (sql[j] == u'.')
+                    dot = true;
+                ++j;
+            }
+            if (j < n && isWordChar(sql[j])) {
+                // A name that starts with a digit; keep it as a word.
+                while (j < n && isWordChar(sql[j]))
+                    ++j;
+                out.push_back({Kind::Word, sql.mid(i, j - i), {}});
+            } else {
+                const QString text = sql.mid(i, j - i);
+                const QVariant value =
+                    dot ? QVariant(text.toDouble()) : QVariant(text.toLongLong());
+                out.push_back({Kind::Number, text, value});
+            }
+            i = j;
+        } else if (isWordStart(c)) {
+            qsizetype j = i;
+            while (j < n && isWordChar(sql[j]))
+                ++j;
+            out.push_back({Kind::Word, sql.mid(i, j - i), {}});
+            i = j;
+        } else if (c == u'<' || c == u'>' || c == u'=' || c == u'!') {
+            QString op(c);
+            if (i + 1 < n) {
+                const QChar d = sql[i + 1];
+                if ((c == u'<' && (d == u'>' || d == u'=')) || (c == u'>' && d == u'=') ||
+                    (c == u'!' && d == u'=')) {
+                    op += d;
+                }
+            }
+            out.push_back({Kind::Operator, op, {}});
+            i += op.size();
+        } else {
+            out.push_back({Kind::Punct, QString(c), {}});
+            ++i;
+        }
+    }
+    return out;
+}
+
+bool isWord(const Token& t, const char* word) {
+    return t.kind == Kind::Word && t.text.compare(QLatin1String(word), Qt::CaseInsensitive) == 0;
+}
+
+bool isComparison(const Token& t) {
+    return t.kind == Kind::Operator;
+}
+
+// Index of the previous token that is not white space, or -1.
+qsizetype previousSignificant(const std::vector<Token>& tokens, qsizetype from) {
+    for (qsizetype k = from - 1; k >= 0; --k)
+        if (tokens[size_t(k)].kind != Kind::Space)
+            return k;
+    return -1;
+}
+
+QString likePattern(const QString& jet) {
+    QString out = jet;
+    out.replace(u'*', u'%');
+    out.replace(u'?', u'_');
+    return out;
+}
+
+} // namespace
+
+std::optional<QDateTime> JetSqlTranslator::parseDateLiteral(const QString& rawText) {
+    const QString text = rawText.trimmed();
+    static const QRegularExpression re(
+        QStringLiteral("^(?:(\\d{4})-(\\d{1,2})-(\\d{1,2})|(\\d{1,2})/(\\d{1,2})/(\\d{2}|\\d{4}))?"
+                       "(?:(?:^|[ T]+)(\\d{1,2}):(\\d{2})(?::(\\d{2}))?\\s*([AaPp][Mm])?)?$"));
+    const auto m = re.match(text);
+    if (text.isEmpty() || !m.hasMatch())
+        return std::nullopt;
+    QDate date = StorageConventions::timeOnlyDate();
+    const bool iso = m.capturedLength(1) > 0;
+    const bool us = m.capturedLength(4) > 0;
+    if (iso) {
+        date = QDate(m.captured(1).toInt(), m.captured(2).toInt(), m.captured(3).toInt());
+    } else if (us) {
+        int year = m.captured(6).toInt();
+        if (m.capturedLength(6) == 2)
+            year += year < 30 ? 2000 : 1900; // the old engine's two-digit window
+        date = QDate(year, m.captured(4).toInt(), m.captured(5).toInt());
+    }
+    if (!date.isValid())
+        return std::nullopt;
+    QTime time(0, 0);
+    if (m.capturedLength(7) > 0) {
+        int hour = m.captured(7).toInt();
+        const QString ampm = m.captured(10).toLower();
+        if (!ampm.isEmpty()) {
+            if (hour < 1 || hour > 12)
+                return std::nullopt;
+            if (ampm == u"pm" && hour != 12)
+                hour += 12;
+            if (ampm == u"am" && hour == 12)
+                hour = 0;
+        }
+        time = QTime(hour, m.captured(8).toInt(), m.captured(9).toInt());
+        if (!time.isValid())
+            return std::nullopt;
+    } else if (!iso && !us) {
+        return std::nullopt;
+    }
+    return QDateTime(date, time);
+}
+
+QString JetSqlTranslator::storageText(const QDateTime& value, bool hasDate, bool hasTime) {
+    if (hasDate && !hasTime)
+        return value.date().toString(QStringLiteral("yyyy-MM-dd"));
+    if (!hasDate)
+        return StorageConventions::timeOnlyDate().toString(QStringLiteral("yyyy-MM-dd")) + u' ' +
+               value.time().toString(QStringLiteral("HH:mm:ss"));
+    return value.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+}
+
+TranslatedSql JetSqlTranslator::translate(const QString& jetSql) {
+    std::vector<Token> tokens = tokenize(jetSql);
+    TranslatedSql result;
+    QString& out = result.sql;
+    out.reserve(jetSql.size() + 32);
+
+    // ORDER BY state: items get COLLATE NOCASE at their end.
+    bool inOrderBy = false;
+    int depth = 0;
+    int orderByDepth = 0;
+    bool itemHasContent = false;
+    bool itemIsOrdinal = false;
+    auto closeOrderItem = [&](bool beforeDirection) {
+        Q_UNUSED(beforeDirection);
+        if (itemHasContent && !itemIsOrdinal) {
+            while (out.endsWith(u' '))
+                out.chop(1);
+            out += QStringLiteral(" COLLATE NOCASE");
+        }
+        itemHasContent = false;
+        itemIsOrdinal = false;
+    };
+
+    for (size_t k = 0; k < tokens.size(); ++k) {
+        const Token& t = tokens[k];
+        const qsizetype prev = previousSignificant(tokens, qsizetype(k));
+        const Token* before = prev >= 0 ? &tokens[size_t(prev)] : nullptr;
+
+        if (inOrderBy) {
+            const bool ends = (t.kind == Kind::Punct &&
+                               (t.text == u";" || (t.text == u")" && depth == orderByDepth))) ||
+                              isWord(t, "LIMIT") || isWord(t, "UNION");
+            if (ends) {
+                closeOrderItem(false);
+                if (!out.isEmpty() && !out.endsWith(u' ') && t.kind == Kind::Word)
+                    out += u' ';
+                inOrderBy = false;
+            } else if (t.kind == Kind::Punct && t.text == u"," && depth == orderByDepth) {
+                closeOrderItem(false);
+            } else if (isWord(t, "ASC") || isWord(t, "DESC")) {
+                closeOrderItem(true);
+                out += u' ';
+            } else if (t.kind != Kind::Space) {
+                if (!itemHasContent)
+                    itemIsOrdinal = t.kind == Kind::Number;
+                else
+                    itemIsOrdinal = false;
+                itemHasContent = true;
+            }
+        }
+
+        switch (t.kind) {
+        case Kind::Space:
+        case Kind::Bracketed:
+            out += t.text;
+            break;
+        case Kind::Operator:
+            out += t.text == u"!=" ? QStringLiteral("<>") : t.text;
+            break;
+        case Kind::Punct:
+            if (t.text == u"(")
+                ++depth;
+            else if (t.text == u")")
+                --depth;
+            out += t.text;
+            break;
+        case Kind::Text: {
+            const bool like = before && isWord(*before, "LIKE");
+            out += u'?';
+            result.parameters << (like ? likePattern(t.text) : t.text);
+            if (before && isComparison(*before))
+                out += QStringLiteral(" COLLATE NOCASE");
+            break;
+        }
+        case Kind::Date:
+            out += u'?';
+            result.parameters << t.value;
+            break;
+        case Kind::Number: {
+            // Negative literals after a comparison: fold the sign in.
+            const bool signedAfterOp =
+                before && before->kind == Kind::Punct && before->text == u"-" &&
+                previousSignificant(tokens, prev) >= 0 &&
+                isComparison(tokens[size_t(previousSignificant(tokens, prev))]);
+            if (before && isComparison(*before)) {
+                out += u'?';
+                result.parameters << t.value;
+            } else if (signedAfterOp) {
+                // Remove the "-" already written (and spaces after it).
+                while (out.endsWith(u' '))
+                    out.chop(1);
+                out.chop(1);
+                out += u'?';
+                result.parameters << (t.value.typeId() == QMetaType::Double
+                                          ? QVariant(-t.value.toDouble())
+                                          : QVariant(-t.value.toLongLong()));
+            } else {
+                out += t.text;
+            }
+            break;
+        }
+        case Kind::Word: {
+            const bool qualified =
+                (before && before->kind == Kind::Punct && before->text == u".") ||
+                (k + 1 < tokens.size() && tokens[k + 1].kind == Kind::Punct &&
+                 tokens[k + 1].text == u".");
+            if (!qualified && (isWord(t, "TRUE") || isWord(t, "FALSE"))) {
+                const bool isTrue = isWord(t, "TRUE");
+                if (before && before->kind == Kind::Operator &&
+                    (before->text == u"=" || before->text == u"<>" || before->text == u"!=")) {
+                    // Rewrite the operator already written.
+                    const bool equal = before->text == u"=";
+                    const qsizetype opPos = out.lastIndexOf(
+                        before->text == u"!=" ? QStringLiteral("<>") : before->text);
+                    out.truncate(opPos);
+                    out += (equal == isTrue) ? QStringLiteral("<> 0") : QStringLiteral("= 0");
+                } else {
+                    out += isTrue ? u'1' : u'0';
+                }
+            } else if (isWord(t, "BY") && before && isWord(*before, "ORDER")) {
+                out += t.text;
+                inOrderBy = true;
+                orderByDepth = depth;
+                itemHasContent = false;
+            } else {
+                out += t.text;
+            }
+            break;
+        }
+        }
+    }
+    if (inOrderBy)
+        closeOrderItem(false);
+    return result;
+}
+
+QDate StorageConventions::timeOnlyDate() {
+    return QDate(1899, 12, 30);
+}
+
+QVariant StorageConventions::parseStoredDate(const QString& text) {
+    const qsizetype n = text.size();
+    auto digits = [&](qsizetype from, qsizetype count) {
+        for (qsizetype k = from; k < from + count; ++k)
+            if (k >= n || !text[k].isDigit())
+                return false;
+        return true;
+    };
+    auto number = [&](qsizetype from, qsizetype count) {
+        return QStringView(text).mid(from, count).toInt();
+    };
+    auto timeAt = [&](qsizetype from) -> QTime {
+        if (!(digits(from, 2) && text[from + 2] == u':' && digits(from + 3, 2)))
+            return {};
+        if (from + 5 == n)
+            return QTime(number(from, 2), number(from + 3, 2));
+        if (from + 8 == n && text[from + 5] == u':' && digits(from + 6, 2))
+            return QTime(number(from, 2), number(from + 3, 2), number(from + 6, 2));
+        if (from + 8 < n && text[from + 5] == u':' && digits(from + 6, 2) && text[from + 8] == u'.')
+            return QTime(number(from, 2), number(from + 3, 2), number(from + 6, 2));
+        return {};
+    };
+    if (n == 10 && digits(0, 4) && text[4] == u'-' && digits(5, 2) && text[7] == u'-' &&
+        digits(8, 2)) {
+        const QDate d(number(0, 4), number(5, 2), number(8, 2));
+        return d.isValid() ? QVariant(d) : QVariant();
+    }
+    if (n >= 16 && digits(0, 4) && text[4] == u'-' && digits(5, 2) && text[7] == u'-' &&
+        digits(8, 2) && (text[10] == u' ' || text[10] == u'T')) {
+        const QDate d(number(0, 4), number(5, 2), number(8, 2));
+        const QTime t = timeAt(11);
+        return d.isValid() && t.isValid() ? QVariant(QDateTime(d, t)) : QVariant();
+    }
+    if (n == 8 || n == 5) {
+        const QTime t = timeAt(0);
+        return t.isValid() ? QVariant(QDateTime(timeOnlyDate(), t)) : QVariant();
+    }
+    return {};
+}
+
+QVariant StorageConventions::toStored(const QVariant& value) {
+    switch (value.typeId()) {
+    case QMetaType::QDate:
+        return value.toDate().toString(QStringLiteral("yyyy-MM-dd"));
+    case QMetaType::QDateTime:
+        return value.toDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+    case QMetaType::QTime:
+        return QString(timeOnlyDate().toString(QStringLiteral("yyyy-MM-dd")) + u' ' +
+                       value.toTime().toString(QStringLiteral("HH:mm:ss")));
+    case QMetaType::Bool:
+        return value.toBool() ? 1 : 0;
+    default:
+        return value;
+    }
+}

@@ -1,0 +1,641 @@
+#include "data/databaseControl.h"
+
+#include "data/ClientDatabaseSchema.h"
+#include "data/JetSqlTranslator.h"
+#include "data/Recordset.h"
+#include "data/RecordsetFilter.h"
+#include "platform/errorClass.h"
+
+#include <QAtomicInt>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlField>
+#include <QSqlQuery>
+#include <QSqlRecord>
+#include <QStandardItemModel>
+#include <QtEndian>
+#include <algorithm>
+#include <list>
+#include <optional>
+
+namespace {
+
+const char* const RowKeyAlias = "qm_row_key_";
+
+QString newConnectionName() {
+    static QAtomicInt counter;
+    return QStringLiteral("qm_client_db_%1").arg(counter.fetchAndAddRelaxed(1));
+}
+
+// Reads the file's header and says why it is not a usable SQLite database,
+// or nothing when it looks whole. The engine itself would open a zero-byte
+// or truncated file without complaint and fail later, mid-walk.
+std::optional<QString> headerProblem(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return QStringLiteral("The database file cannot be read: %1").arg(path);
+    const QByteArray header = file.read(100);
+    const qint64 size = file.size();
+    if (header.size() < 100)
+        return QStringLiteral("The file is too short to be a database: %1").arg(path);
+    if (!header.startsWith(QByteArrayLiteral("SQLite format 3\0")))
+        return QStringLiteral("The file is not a database: %1").arg(path);
+    const auto* bytes = reinterpret_cast<const uchar*>(header.constData());
+    quint32 pageSize = qFromBigEndian<quint16>(bytes + 16);
+    if (pageSize == 1)
+        pageSize = 65536;
+    if (pageSize < 512 || (pageSize & (pageSize - 1)) != 0)
+        return QStringLiteral("The database header is damaged: %1").arg(path);
+    if (size % pageSize != 0)
+        return QStringLiteral("The database file is truncated: %1").arg(path);
+    const quint32 changeCounter = qFromBigEndian<quint32>(bytes + 24);
+    const quint32 pages = qFromBigEndian<quint32>(bytes + 28);
+    const quint32 validFor = qFromBigEndian<quint32>(bytes + 92);
+    if (pages > 0 && changeCounter == validFor && size < qint64(pages) * pageSize)
+        return QStringLiteral("The database file is truncated: %1").arg(path);
+    return std::nullopt;
+}
+
+bool isNumericAffinity(const QString& declared) {
+    const QString t = declared.toUpper();
+    if (t.contains(u"CHAR") || t.contains(u"CLOB") || t.contains(u"TEXT"))
+        return false;
+    return t.contains(u"INT") || t.contains(u"REAL") || t.contains(u"FLOA") ||
+           t.contains(u"DOUB") || t.contains(u"NUM") || t.contains(u"DEC") || t.contains(u"BOOL");
+}
+
+QString quoteName(const QString& name) {
+    QString n = name;
+    n.replace(u'"', QStringLiteral("\"\""));
+    return u'"' + n + u'"';
+}
+
+} // namespace
+
+// Prepared statements by their translated text. The program asks the same
+// few shapes again and again with another ID, so keeping them prepared
+// spares the parse.
+class StatementCache {
+public:
+    StatementCache(QSqlDatabase db) : m_db(std::move(db)) {}
+
+    QSqlQuery& get(const QString& sql) {
+        for (auto it = m_entries.begin(); it != m_entries.end(); ++it) {
+            if (it->first == sql) {
+                m_entries.splice(m_entries.begin(), m_entries, it);
+                return m_entries.front().second;
+            }
+        }
+        QSqlQuery query(m_db);
+        query.setForwardOnly(true);
+        if (!query.prepare(sql))
+            throw QmError(QmError::DatabaseError,
+                          QStringLiteral("%1 [%2]").arg(query.lastError().text(), sql));
+        m_entries.emplace_front(sql, std::move(query));
+        if (m_entries.size() > Capacity)
+            m_entries.pop_back();
+        return m_entries.front().second;
+    }
+
+private:
+    static constexpr size_t Capacity = 48;
+    QSqlDatabase m_db;
+    std::list<std::pair<QString, QSqlQuery>> m_entries; // most recent first
+};
+
+databaseControl::databaseControl() : m_connectionName(newConnectionName()) {}
+
+databaseControl::~databaseControl() {
+    disconnect();
+}
+
+void databaseControl::connect() {
+    ProcedureScope scope(m_errors, QStringLiteral("QuillmerePad.exe-databaseControl-connect"));
+    if (m_connected)
+        disconnect();
+    m_lastError.clear();
+    const QFileInfo info(m_path);
+    if (m_path.isEmpty() || !info.exists() || !info.isFile()) {
+        m_lastError = QStringLiteral("The database file does not exist: %1").arg(m_path);
+        return;
+    }
+    if (const auto problem = headerProblem(m_path)) {
+        m_lastError = *problem;
+        return;
+    }
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connectionName);
+        db.setDatabaseName(m_path);
+        db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=10000"));
+        if (!db.open()) {
+            m_lastError = db.lastError().text();
+        } else {
+            QSqlQuery query(db);
+            // WAL lets the host write while this program reads. A read-only
+            // file or folder refuses it, and the default journal stays.
+            query.exec(QStringLiteral("PRAGMA journal_mode=WAL"));
+            query.finish();
+            if (!query.exec(QStringLiteral("SELECT name FROM sqlite_master WHERE type='table'"))) {
+                m_lastError = query.lastError().text();
+            } else {
+                QStringList tables;
+                while (query.next())
+                    tables << query.value(0).toString().toUpper();
+                for (const char* required : {"COMPANIES", "CONTACTS", "CONTACTLINKS"}) {
+                    if (!tables.contains(QLatin1String(required)))
+                        m_lastError = QStringLiteral("The database has no table %1: %2")
+                                          .arg(QLatin1String(required), m_path);
+                }
+            }
+            query.finish();
+        }
+        if (m_lastError.isEmpty()) {
+            m_statements = std::make_unique<StatementCache>(db);
+            m_connected = true;
+            return;
+        }
+        db.close();
+    }
+    QSqlDatabase::removeDatabase(m_connectionName);
+}
+
+void databaseControl::disconnect() {
+    m_sets.clear();
+    m_columnTypes.clear();
+    m_statements.reset();
+    if (QSqlDatabase::contains(m_connectionName)) {
+        {
+            QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
+            db.close();
+        }
+        QSqlDatabase::removeDatabase(m_connectionName);
+    }
+    m_connected = false;
+}
+
+void databaseControl::fail(const QString& text) const {
+    throw QmError(QmError::DatabaseError, text);
+}
+
+void databaseControl::requireConnection() const {
+    if (!m_connected)
+        fail(QStringLiteral("The database is not open."));
+}
+
+Recordset& databaseControl::set(int handle) {
+    const auto it = m_sets.find(handle);
+    if (it == m_sets.end())
+        fail(QStringLiteral("There is no record set %1.").arg(handle));
+    return *it->second;
+}
+
+const Recordset& databaseControl::set(int handle) const {
+    const auto it = m_sets.find(handle);
+    if (it == m_sets.end())
+        fail(QStringLiteral("There is no record set %1.").arg(handle));
+    return *it->second;
+}
+
+int databaseControl::store(std::unique_ptr<Recordset> recordset) {
+    const int handle = m_nextHandle++;
+    if (m_nextHandle <= 0)
+        m_nextHandle = 1;
+    m_sets.emplace(handle, std::move(recordset));
+    return handle;
+}
+
+int databaseControl::openRecordset(const QString& sql, int /*cursorType*/, int lockType) {
+    ProcedureScope scope(m_errors,
+                         QStringLiteral("QuillmerePad.exe-databaseControl-openRecordset"));
+    requireConnection();
+    TranslatedSql translated = JetSqlTranslator::translate(sql);
+    auto rs = std::make_unique<Recordset>();
+    rs->editable = lockType == OptimisticLock;
+    if (rs->editable) {
+        // One table, written back through its row key: fetch the key too.
+        static const QRegularExpression single(
+            QStringLiteral("^\\s*SELECT\\s+(.*?)\\s+FROM\\s+(\\[[^\\]]+\\]|[A-Za-z_]\\w*)\\s*(;|$|"
+                           "WHERE\\b|ORDER\\b)"),
+            QRegularExpression::CaseInsensitiveOption |
+                QRegularExpression::DotMatchesEverythingOption);
+        const auto m = single.match(translated.sql);
+        if (!m.hasMatch())
+            fail(QStringLiteral("An editable record set must read one table: %1").arg(sql));
+        rs->table = m.captured(2);
+        if (rs->table.startsWith(u'['))
+            rs->table = rs->table.mid(1, rs->table.size() - 2);
+        translated.sql.insert(m.capturedStart(1),
+                              QStringLiteral("%1.rowid AS %2, ")
+                                  .arg(quoteName(rs->table), QLatin1String(RowKeyAlias)));
+    }
+    QSqlQuery& query = m_statements->get(translated.sql);
+    for (int i = 0; i < translated.parameters.size(); ++i)
+        query.bindValue(i, translated.parameters[i]);
+    if (!query.exec()) {
+        const QString error = query.lastError().text();
+        query.finish();
+        fail(QStringLiteral("%1 [%2]").arg(error, sql));
+    }
+    const QSqlRecord record = query.record();
+    const int first = rs->editable ? 1 : 0;
+    for (int i = first; i < record.count(); ++i) {
+        const QSqlField field = record.field(i);
+        RecordsetColumn column;
+        column.name = field.name();
+        column.table = field.tableName();
+        column.yesNo = field.metaType().id() == QMetaType::Bool ||
+                       ClientDatabaseSchema::isYesNoColumn(column.name);
+        column.date = ClientDatabaseSchema::isDateColumn(column.name);
+        rs->columns.push_back(std::move(column));
+    }
+    const int width = record.count();
+    while (query.next()) {
+        std::vector<QVariant> row;
+        row.reserve(size_t(width - first));
+        for (int i = first; i < width; ++i)
+            row.push_back(query.value(i));
+        rs->rows.push_back(std::move(row));
+        if (rs->editable)
+            rs->rowKeys.push_back(query.value(0).toLongLong());
+    }
+    // Release the read lock at once: the host may want to write.
+    query.finish();
+    rs->buildColumnLookup();
+    return store(std::move(rs));
+}
+
+void databaseControl::closeRecordset(int handle) {
+    m_sets.erase(handle);
+}
+
+int databaseControl::filterRecordset(int handle, const QString& filter) {
+    ProcedureScope scope(m_errors,
+                         QStringLiteral("QuillmerePad.exe-databaseControl-filterRecordset"));
+    const Recordset& source = set(handle);
+    RecordsetFilter parsed(filter);
+    parsed.bind(source);
+    auto rs = std::make_unique<Recordset>();
+    rs->columns = source.columns;
+    rs->table = source.table;
+    for (int r = 0; r < source.rowCount(); ++r) {
+        if (parsed.matches(source, r)) {
+            rs->rows.push_back(source.rows[size_t(r)]);
+            if (!source.rowKeys.empty())
+                rs->rowKeys.push_back(source.rowKeys[size_t(r)]);
+        }
+    }
+    rs->buildColumnLookup();
+    return store(std::move(rs));
+}
+
+int databaseControl::recordCount(int handle) const {
+    return set(handle).rowCount();
+}
+bool databaseControl::isEmpty(int handle) const {
+    return set(handle).rows.empty();
+}
+bool databaseControl::hasRecords(int handle) const {
+    return !set(handle).rows.empty();
+}
+bool databaseControl::isEOF(int handle) const {
+    return set(handle).atEnd();
+}
+
+void databaseControl::moveFirst(int handle) {
+    set(handle).position = 0;
+}
+
+void databaseControl::moveNext(int handle) {
+    Recordset& rs = set(handle);
+    if (rs.position < rs.rowCount())
+        ++rs.position;
+}
+
+int databaseControl::getPosition(int handle) const {
+    return set(handle).position;
+}
+
+void databaseControl::setPosition(int handle, int position) {
+    Recordset& rs = set(handle);
+    rs.position = std::clamp(position, 0, rs.rowCount());
+    // Resume the walk that stands on this row; inner walks are finished.
+    for (size_t k = rs.finds.size(); k-- > 0;) {
+        const auto& walk = rs.finds[k];
+        if (!walk.exhausted() && walk.rows[walk.next] == rs.position) {
+            rs.finds.resize(k + 1);
+            break;
+        }
+    }
+}
+
+bool databaseControl::findRows(int handle, const QString& column, const QString& value) {
+    Recordset& rs = set(handle);
+    const int index = rs.columnIndex(column);
+    if (index < 0)
+        fail(QStringLiteral("The record set has no column %1.").arg(column));
+    while (!rs.finds.empty() && rs.finds.back().exhausted())
+        rs.finds.pop_back();
+    constexpr size_t MaxDepth = 256;
+    if (rs.finds.size() >= MaxDepth)
+        rs.finds.erase(rs.finds.begin());
+    Recordset::FindWalk walk;
+    walk.column = index;
+    walk.rows = rs.rowsWithValue(index, value);
+    rs.position = walk.rows.empty() ? rs.rowCount() : walk.rows.front();
+    const bool any = !walk.rows.empty();
+    rs.finds.push_back(std::move(walk));
+    return any;
+}
+
+void databaseControl::findNext(int handle) {
+    Recordset& rs = set(handle);
+    if (rs.finds.empty()) {
+        rs.position = rs.rowCount();
+        return;
+    }
+    auto& walk = rs.finds.back();
+    if (!walk.exhausted() && walk.rows[walk.next] == rs.position) {
+        ++walk.next;
+    } else {
+        // The caller moved the cursor: go on from where it stands.
+        walk.next = size_t(std::upper_bound(walk.rows.begin(), walk.rows.end(), rs.position) -
+                           walk.rows.begin());
+    }
+    rs.position = walk.exhausted() ? rs.rowCount() : walk.rows[walk.next];
+}
+
+bool databaseControl::isEndOfFound(int handle) const {
+    const Recordset& rs = set(handle);
+    return rs.finds.empty() || rs.finds.back().exhausted();
+}
+
+QVariant databaseControl::getField(int handle, const QString& column) const {
+    const Recordset& rs = set(handle);
+    const int index = rs.columnIndex(column);
+    if (index < 0)
+        fail(QStringLiteral("The record set has no column %1.").arg(column));
+    if (rs.atEnd())
+        fail(QStringLiteral("There is no current record (reading %1).").arg(column));
+    return rs.value(rs.position, index);
+}
+
+bool databaseControl::hasField(int handle, const QString& column) const {
+    return set(handle).columnIndex(column) >= 0;
+}
+
+QStringList databaseControl::fieldNames(int handle) const {
+    QStringList names;
+    for (const auto& c : set(handle).columns)
+        names << c.name;
+    return names;
+}
+
+QString databaseControl::tableColumnType(const QString& table, const QString& column) {
+    auto it = m_columnTypes.find(table.toUpper());
+    if (it == m_columnTypes.end()) {
+        std::map<QString, QString> types;
+        QSqlQuery query(QSqlDatabase::database(m_connectionName, false));
+        if (query.exec(QStringLiteral("PRAGMA table_info(%1)").arg(quoteName(table)))) {
+            while (query.next())
+                types[query.value(1).toString().toUpper()] = query.value(2).toString();
+        }
+        it = m_columnTypes.emplace(table.toUpper(), std::move(types)).first;
+    }
+    const auto found = it->second.find(column.toUpper());
+    if (found == it->second.end())
+        fail(QStringLiteral("The table %1 has no column %2.").arg(table, column));
+    return found->second;
+}
+
+QVariant databaseControl::toStorage(const Recordset& rs, int column, const QVariant& value) {
+    const RecordsetColumn& c = rs.columns[size_t(column)];
+    if (value.typeId() != QMetaType::QString)
+        return StorageConventions::toStored(value);
+    const QString text = value.toString();
+    const QString trimmed = text.trimmed();
+    if (c.yesNo) {
+        if (trimmed.compare(u"True", Qt::CaseInsensitive) == 0 ||
+            trimmed.compare(u"Yes", Qt::CaseInsensitive) == 0)
+            return 1;
+        if (trimmed.isEmpty() || trimmed.compare(u"False", Qt::CaseInsensitive) == 0 ||
+            trimmed.compare(u"No", Qt::CaseInsensitive) == 0)
+            return 0;
+        bool ok = false;
+        const double d = trimmed.toDouble(&ok);
+        if (!ok)
+            throw QmError(QmError::TypeMismatch,
+                          QStringLiteral("'%1' is not a Yes/No value for %2.").arg(text, c.name));
+        return d != 0.0 ? 1 : 0;
+    }
+    if (c.date) {
+        if (trimmed.isEmpty())
+            return QVariant();
+        const QVariant stored = StorageConventions::parseStoredDate(trimmed);
+        if (stored.isValid())
+            return StorageConventions::toStored(stored);
+        if (const auto parsed = JetSqlTranslator::parseDateLiteral(trimmed)) {
+            return JetSqlTranslator::storageText(
+                *parsed, trimmed.contains(u'/') || trimmed.contains(u'-'), trimmed.contains(u':'));
+        }
+        throw QmError(QmError::TypeMismatch,
+                      QStringLiteral("'%1' is not a date for %2.").arg(text, c.name));
+    }
+    if (isNumericAffinity(tableColumnType(rs.table, c.name))) {
+        if (trimmed.isEmpty())
+            return QVariant();
+        if (trimmed.compare(u"True", Qt::CaseInsensitive) == 0)
+            return 1;
+        if (trimmed.compare(u"False", Qt::CaseInsensitive) == 0)
+            return 0;
+        bool ok = false;
+        const qlonglong whole = trimmed.toLongLong(&ok);
+        if (ok)
+            return whole;
+        const double d = trimmed.toDouble(&ok);
+        if (ok)
+            return d;
+        throw QmError(QmError::TypeMismatch,
+                      QStringLiteral("'%1' is not a number for %2.").arg(text, c.name));
+    }
+    return text;
+}
+
+void databaseControl::runInTransaction(const QString& sql, const QVariantList& parameters,
+                                       qint64* insertedKey) {
+    QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
+    if (!db.transaction())
+        fail(QStringLiteral("Cannot start a transaction: %1").arg(db.lastError().text()));
+    QSqlQuery query(db);
+    bool ok = query.prepare(sql);
+    if (ok) {
+        for (int i = 0; i < parameters.size(); ++i)
+            query.bindValue(i, parameters[i]);
+        ok = query.exec();
+    }
+    if (!ok) {
+        const QString error = query.lastError().text();
+        query.finish();
+        db.rollback();
+        fail(QStringLiteral("%1 [%2]").arg(error, sql));
+    }
+    if (insertedKey)
+        *insertedKey = query.lastInsertId().toLongLong();
+    query.finish();
+    if (!db.commit()) {
+        const QString error = db.lastError().text();
+        db.rollback();
+        fail(QStringLiteral("Cannot save the change: %1").arg(error));
+    }
+}
+
+void databaseControl::writeColumns(Recordset& rs, int row, const std::vector<int>& columns) {
+    if (columns.empty())
+        return;
+    QStringList assignments;
+    QVariantList values;
+    for (int c : columns) {
+        assignments << quoteName(rs.columns[size_t(c)].name) + QStringLiteral(" = ?");
+        values << rs.rows[size_t(row)][size_t(c)];
+    }
+    values << rs.rowKeys[size_t(row)];
+    runInTransaction(QStringLiteral("UPDATE %1 SET %2 WHERE rowid = ?")
+                         .arg(quoteName(rs.table), assignments.join(u", ")),
+                     values, nullptr);
+}
+
+void databaseControl::insertRow(Recordset& rs, int row) {
+    QStringList names;
+    QStringList marks;
+    QVariantList values;
+    for (int c : rs.staged) {
+        names << quoteName(rs.columns[size_t(c)].name);
+        marks << QStringLiteral("?");
+        values << rs.rows[size_t(row)][size_t(c)];
+    }
+    const QString sql =
+        names.isEmpty() ? QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(quoteName(rs.table))
+                        : QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+                              .arg(quoteName(rs.table), names.join(u", "), marks.join(u", "));
+    qint64 key = -1;
+    runInTransaction(sql, values, &key);
+    rs.rowKeys[size_t(row)] = key;
+    // Read the row back: the engine fills the key and the defaults.
+    QSqlQuery query(QSqlDatabase::database(m_connectionName, false));
+    query.prepare(QStringLiteral("SELECT * FROM %1 WHERE rowid = ?").arg(quoteName(rs.table)));
+    query.bindValue(0, key);
+    if (query.exec() && query.next()) {
+        const QSqlRecord record = query.record();
+        for (size_t c = 0; c < rs.columns.size(); ++c) {
+            const int i = record.indexOf(rs.columns[c].name);
+            if (i >= 0)
+                rs.rows[size_t(row)][c] = query.value(i);
+        }
+    }
+    query.finish();
+}
+
+void databaseControl::updateFieldNow(int handle, const QString& column, const QString& value) {
+    ProcedureScope scope(m_errors,
+                         QStringLiteral("QuillmerePad.exe-databaseControl-updateFieldNow"));
+    requireConnection();
+    Recordset& rs = set(handle);
+    if (rs.table.isEmpty() || !rs.editable)
+        fail(QStringLiteral("The record set is read-only (writing %1).").arg(column));
+    const int index = rs.columnIndex(column);
+    if (index < 0)
+        fail(QStringLiteral("The record set has no column %1.").arg(column));
+    if (rs.atEnd())
+        fail(QStringLiteral("There is no current record (writing %1).").arg(column));
+    const QVariant stored = toStorage(rs, index, value);
+    const QVariant previous = rs.rows[size_t(rs.position)][size_t(index)];
+    rs.rows[size_t(rs.position)][size_t(index)] = stored;
+    try {
+        if (rs.pendingNewRow == rs.position) {
+            rs.staged.push_back(index);
+        } else {
+            writeColumns(rs, rs.position, {index});
+        }
+    } catch (...) {
+        rs.rows[size_t(rs.position)][size_t(index)] = previous;
+        throw;
+    }
+    rs.dropIndexes();
+}
+
+void databaseControl::addNew(int handle) {
+    requireConnection();
+    Recordset& rs = set(handle);
+    if (rs.table.isEmpty() || !rs.editable)
+        fail(QStringLiteral("The record set is read-only."));
+    if (rs.pendingNewRow >= 0)
+        saveRecord(handle);
+    rs.rows.emplace_back(rs.columns.size());
+    rs.rowKeys.push_back(-1);
+    rs.pendingNewRow = rs.rowCount() - 1;
+    rs.position = rs.pendingNewRow;
+    rs.staged.clear();
+    rs.dropIndexes();
+}
+
+void databaseControl::setField(int handle, const QString& column, const QVariant& value) {
+    Recordset& rs = set(handle);
+    if (rs.table.isEmpty() || !rs.editable)
+        fail(QStringLiteral("The record set is read-only (writing %1).").arg(column));
+    const int index = rs.columnIndex(column);
+    if (index < 0)
+        fail(QStringLiteral("The record set has no column %1.").arg(column));
+    if (rs.atEnd())
+        fail(QStringLiteral("There is no current record (writing %1).").arg(column));
+    rs.rows[size_t(rs.position)][size_t(index)] = toStorage(rs, index, value);
+    if (std::find(rs.staged.begin(), rs.staged.end(), index) == rs.staged.end())
+        rs.staged.push_back(index);
+}
+
+void databaseControl::saveRecord(int handle) {
+    ProcedureScope scope(m_errors, QStringLiteral("QuillmerePad.exe-databaseControl-saveRecord"));
+    requireConnection();
+    Recordset& rs = set(handle);
+    if (rs.pendingNewRow >= 0) {
+        const int row = rs.pendingNewRow;
+        try {
+            insertRow(rs, row);
+        } catch (...) {
+            rs.rows.erase(rs.rows.begin() + row);
+            rs.rowKeys.erase(rs.rowKeys.begin() + row);
+            rs.pendingNewRow = -1;
+            rs.staged.clear();
+            rs.position = std::min(rs.position, rs.rowCount());
+            throw;
+        }
+        rs.pendingNewRow = -1;
+    } else if (!rs.atEnd()) {
+        writeColumns(rs, rs.position, rs.staged);
+    }
+    rs.staged.clear();
+    rs.dropIndexes();
+}
+
+void databaseControl::fillList(int handle, QStandardItemModel& list, const QString& column) {
+    const Recordset& rs = set(handle);
+    const int index = rs.columnIndex(column);
+    if (index < 0)
+        fail(QStringLiteral("The record set has no column %1.").arg(column));
+    for (int r = 0; r < rs.rowCount(); ++r) {
+        const QVariant v = rs.value(r, index);
+        list.appendRow(new QStandardItem(v.isNull() ? QString() : v.toString()));
+    }
+}
+
+QString databaseControl::formatDateForSQL(const QDate& date) {
+    return QStringLiteral("%1/%2/%3")
+        .arg(date.month())
+        .arg(date.day())
+        .arg(date.year(), 4, 10, QLatin1Char('0'));
+}
+
+void databaseControl::escapeSQLText(QString& text) {
+    text.replace(u'\'', QStringLiteral("''"));
+}

@@ -1,0 +1,155 @@
+#pragma once
+
+#include <QDate>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+#include <map>
+#include <memory>
+#include <vector>
+
+class QStandardItemModel;
+class errorClass;
+class QObject;
+class Recordset;
+class StatementCache;
+
+// The one access object to the client database (an SQLite file that the
+// host program owns and writes at the same time). Record sets are known to
+// callers by integer handles; -1 is "none". Each record set is a
+// materialised keyset: its rows are read when it is opened, so walking it
+// never touches the file again.
+//
+// SQL text is the dialect the rest of the program writes (qualified columns,
+// #date# literals, True/False, Jet wildcards); it passes through
+// JetSqlTranslator before it reaches the engine.
+//
+// Failure modes: every record-set operation on an unknown handle, a bad
+// column name, a failing statement or a broken filter throws QmError
+// (DatabaseError) to the caller's handler. Operations on a disconnected
+// object throw too; callers test isConnected() first, as they must.
+class databaseControl {
+public:
+    static constexpr int NoHandle = -1;
+
+    // ADO's numbers, as the callers pass them.
+    enum CursorType : int { KeysetCursor = 1 };
+    enum LockType : int { ReadOnlyLock = 1, OptimisticLock = 3 };
+
+    databaseControl();
+    ~databaseControl();
+    databaseControl(const databaseControl&) = delete;
+    databaseControl& operator=(const databaseControl&) = delete;
+
+    // Set-up in the order of the connection sequence. The numbered settings
+    // are recorded and not otherwise used.
+    void setErrorObject(errorClass* errors) { m_errors = errors; }
+    void setOwnerWindow(QObject* owner) { m_owner = owner; }
+    void setApplicationTitle(const QString& title) { m_title = title; }
+    void setNumberedSetting(int value) { m_numberedSettings.push_back(value); }
+    void setDatabasePath(const QString& path) { m_path = path; }
+    QString databasePath() const { return m_path; }
+
+    // Opens the file named by the path. Never throws: a missing file, a
+    // file that is not an SQLite database (text, zero bytes, encrypted,
+    // truncated) or one that cannot be opened leaves the object
+    // disconnected, with the reason in lastError(). Turns on WAL where the
+    // file allows it and waits on a busy file instead of failing.
+    void connect();
+    // Closes every record set and the file.
+    void disconnect();
+    bool isConnected() const { return m_connected; }
+    QString lastError() const { return m_lastError; }
+
+    // Runs a SELECT and returns the handle of its rows, the cursor on the
+    // first. Lock type 3 makes an editable set: the statement must read
+    // from one table, whose rows are written back through their row key.
+    int openRecordset(const QString& sql, int cursorType = KeysetCursor,
+                      int lockType = ReadOnlyLock);
+    // Unknown and -1 handles are ignored.
+    void closeRecordset(int handle);
+    // A new handle holding the rows of `handle` that satisfy the filter
+    // (ADO filter syntax, evaluated on the rows, never given to the engine).
+    // The new set is read-only; both handles are the caller's to close.
+    int filterRecordset(int handle, const QString& filter);
+
+    int recordCount(int handle) const;
+    bool isEmpty(int handle) const;
+    bool hasRecords(int handle) const;
+    bool isEOF(int handle) const;
+    void moveFirst(int handle);
+    void moveNext(int handle);
+    // The current row's index; setPosition also resumes a find walk that
+    // was running on that row (see findRows).
+    int getPosition(int handle) const;
+    void setPosition(int handle, int position);
+
+    // Narrows the walk to the rows whose column equals the value (compared
+    // as text, without regard to case; a Null never matches) and puts the
+    // cursor on the first. Returns whether any exists. Find walks nest: a
+    // findRows inside another walk, followed by setPosition back to a row of
+    // the outer walk, lets findNext continue the outer one.
+    bool findRows(int handle, const QString& column, const QString& value);
+    void findNext(int handle);
+    bool isEndOfFound(int handle) const;
+
+    // The value of the column in the current row. Column names match
+    // without regard to case; "Table.Column" picks one of two columns of
+    // the same name. Null comes back as a null QVariant, distinct from "".
+    // Yes/No columns come back as bool, dates as QDate (QDateTime with a
+    // time of day). Throws past the end or for an unknown column.
+    QVariant getField(int handle, const QString& column) const;
+    // True when the record set has the column.
+    bool hasField(int handle, const QString& column) const;
+    QStringList fieldNames(int handle) const;
+
+    // Writes one column of the current row and commits it at once. The
+    // value is text as callers pass it: "True"/"False" for Yes/No columns,
+    // an empty text into a number or date column stores Null.
+    void updateFieldNow(int handle, const QString& column, const QString& value);
+    // Starts a new row (the cursor moves onto it), sets its columns, and
+    // saves it in one transaction. The saved row stays in the set.
+    void addNew(int handle);
+    void setField(int handle, const QString& column, const QVariant& value);
+    void saveRecord(int handle);
+
+    // Appends the column's value of every row to the model as items (text
+    // only; a Null appends an empty item).
+    void fillList(int handle, QStandardItemModel& list, const QString& column);
+
+    // Date text for use between # marks (m/d/yyyy, which the translation
+    // step reads back).
+    static QString formatDateForSQL(const QDate& date);
+    // Doubles single quotes, in place, for use inside a '...' literal.
+    static void escapeSQLText(QString& text);
+
+    // Diagnostics for tests and benchmarks.
+    int openRecordsetCount() const { return static_cast<int>(m_sets.size()); }
+    const std::vector<int>& numberedSettings() const { return m_numberedSettings; }
+
+private:
+    Recordset& set(int handle);
+    const Recordset& set(int handle) const;
+    int store(std::unique_ptr<Recordset> recordset);
+    void requireConnection() const;
+    [[noreturn]] void fail(const QString& text) const;
+    QVariant toStorage(const Recordset& rs, int column, const QVariant& value);
+    QString tableColumnType(const QString& table, const QString& column);
+    void writeColumns(Recordset& rs, int row, const std::vector<int>& columns);
+    void insertRow(Recordset& rs, int row);
+    void runInTransaction(const QString& sql, const QVariantList& parameters, qint64* insertedKey);
+
+    errorClass* m_errors = nullptr;
+    QObject* m_owner = nullptr;
+    QString m_title;
+    QString m_path;
+    std::vector<int> m_numberedSettings;
+
+    QString m_connectionName;
+    bool m_connected = false;
+    QString m_lastError;
+    std::unique_ptr<StatementCache> m_statements;
+    std::map<int, std::unique_ptr<Recordset>> m_sets;
+    std::map<QString, std::map<QString, QString>> m_columnTypes; // TABLE -> COLUMN -> declared type
+    int m_nextHandle = 1;
+};
