@@ -320,14 +320,15 @@ void clsWorkingFolderLocation::checkToSeeIfNeedToMoveAppWorkingDataFolder() {
                 continue;
             }
             if (name == settingsName) {
-                // The old place must stop looking like a data location. An
-                // older leftover of the same name gives way to the newer one.
+                // The old place must stop looking like a data location. A
+                // leftover of an earlier move under the new name is kept:
+                // the old file then stays as it is, which is harmless once
+                // the guide file exists.
                 const QString renamed =
                     fileControl::RemoveExtension(from) + QStringLiteral("2.dni");
-                if (QFileInfo::exists(renamed)) {
-                    QFile::remove(renamed);
+                if (!QFileInfo::exists(renamed)) {
+                    QFile::rename(from, renamed);
                 }
-                QFile::rename(from, renamed);
             } else if (name == QLatin1String(DatabaseFileName) && app().iniSettings != nullptr) {
                 // The settings object may not have its file yet at this
                 // point of start-up; the settings file is the one just moved.

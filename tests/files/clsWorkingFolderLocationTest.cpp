@@ -177,7 +177,6 @@ TEST(clsWorkingFolderLocationTest, FirstStartMovesDataOutOfTheProgramFolder) {
     writeTestFile(f.program() + "Qmlocalf5.lmd", "local");
     writeTestFile(f.program() + "qmsfile5.sif", "sif");
     writeTestFile(f.program() + "qmsrtptgd.fgd", "grid");
-    writeTestFile(f.program() + "Qminiqmd2.dni", "left over from an older move");
 
     Folders folders;
     const QString working = folders.getInitialAppWorkingDataFolder();
@@ -203,6 +202,42 @@ TEST(clsWorkingFolderLocationTest, FirstStartMovesDataOutOfTheProgramFolder) {
               working + "Data/Data.qmd");
     // Copies, not moves: the originals stay.
     EXPECT_TRUE(QFileInfo::exists(f.program() + "Data.qmd"));
+}
+
+TEST(clsWorkingFolderLocationTest, ALeftoverOfAnEarlierMoveIsNeverOverwritten) {
+    Fixture f;
+    writeTestFile(f.program() + "Qminiqmd.dni", "[Quillmere]\r\nVersion=2.0.0\r\n");
+    writeTestFile(f.program() + "Qminiqmd2.dni", "earlier");
+    Folders folders;
+    const QString working = folders.getInitialAppWorkingDataFolder();
+    EXPECT_EQ(readTestFile(f.program() + "Qminiqmd2.dni"), QByteArray("earlier"));
+    EXPECT_TRUE(readTestFile(f.program() + "Qminiqmd.dni").contains("2.0.0"));
+    EXPECT_TRUE(readTestFile(working + "Qminiqmd.dni").contains("2.0.0"));
+}
+
+// The start-up sequence: the first start moves the data into the working
+// folder, and the database step then finds it in a candidate folder, which
+// counts as misplaced, and carries it on to the documents folder.
+TEST(clsWorkingFolderLocationTest, FirstStartFollowedByTheDatabaseStep) {
+    Fixture f;
+    writeTestFile(f.program() + "Qminiqmd.dni", "[QuillmereInfo]\r\ndataLocation=<not_set>\r\n");
+    writeTestFile(f.program() + "Data/Data.qmd", "db");
+    Folders folders;
+    const QString working = folders.getInitialAppWorkingDataFolder();
+    f.settings.setINIFile(working + "Qminiqmd.dni");
+    folders.initializeTemplatesAndPicturesFolders();
+
+    const QString dataFolder = folders.getInitialDatabaseDataFolder();
+    const QString expected = f.documents() + "Quillmere Files/Data/";
+    EXPECT_EQ(dataFolder, expected);
+    EXPECT_EQ(folders.getBackupsFolder(), expected + "Backups/");
+    EXPECT_EQ(readTestFile(expected + "Data.qmd"), QByteArray("db"));
+    for (const char* section : {"QuillmereInfo", "ContactLedgerInfo"}) {
+        EXPECT_EQ(iniValue(working + "Qminiqmd.dni", section, "dataLocation"),
+                  expected + "Data.qmd")
+            << section;
+    }
+    EXPECT_EQ(folders.getTemplatesFolder(), f.documents() + "Quillmere Files/Template Documents/");
 }
 
 TEST(clsWorkingFolderLocationTest, MoveFindsItsSourceOrStaysAway) {
