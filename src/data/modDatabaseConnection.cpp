@@ -1,0 +1,30 @@
+#include "data/modDatabaseConnection.h"
+
+#include "app/AppContext.h"
+#include "data/databaseControl.h"
+#include "platform/MsgboxClass.h"
+#include "platform/errorClass.h"
+
+QString companiesDatabaseFailureText() {
+    return QStringLiteral(
+        "The Quillmere Pad was not able to access the companies database and needs to close.");
+}
+
+std::unique_ptr<databaseControl> openCompaniesDatabase(const QString& path) {
+    ProcedureScope scope(app().errors,
+                         QStringLiteral("QuillmerePad.exe-modMain-openCompaniesDatabase"));
+    auto db = std::make_unique<databaseControl>();
+    if (db->isConnected())
+        db->disconnect();
+    db->setErrorObject(app().errors);
+    db->setOwnerWindow(nullptr);
+    db->setApplicationTitle(QStringLiteral("Quillmere Pad"));
+    db->setNumberedSetting(2);
+    db->setDatabasePath(path);
+    db->setNumberedSetting(3);
+    db->setNumberedSetting(2);
+    db->connect();
+    if (!db->isConnected() && app().msgbox)
+        app().msgbox->showMessage(companiesDatabaseFailureText(), MsgboxClass::KindFatal);
+    return db;
+}
