@@ -191,6 +191,33 @@ TEST(clsUniqueIDTest, AnUnusableFolderStillYieldsAnIdentifier) {
     EXPECT_TRUE(isAlphanumeric(id));
 }
 
+TEST(clsUniqueIDTest, AReadOnlyFolderKeepsItsFile) {
+    Fixture f;
+    {
+        Peek peek(f.path);
+        peek.exec("CREATE TABLE UniqueID (uniqueID TEXT NULL, InstallDate TEXT NULL)");
+        peek.exec("INSERT INTO UniqueID VALUES ('short', '2020-01-01')");
+    }
+    const QString folder = QFileInfo(f.path).absolutePath();
+    const auto saved = QFile::permissions(folder);
+    QFile::setPermissions(folder, QFileDevice::ReadOwner | QFileDevice::ExeOwner);
+    const bool blocked = !QFile(folder + "/probe").open(QIODevice::WriteOnly);
+    QString id;
+    if (blocked) {
+        clsUniqueID unique;
+        unique.setDatabaseLocation(f.path);
+        id = unique.getUniqueID();
+    }
+    QFile::setPermissions(folder, saved);
+    if (!blocked) {
+        GTEST_SKIP() << "running as a user whom mode bits do not stop (root)";
+    }
+    // An identifier it cannot keep, and the file as it was.
+    EXPECT_EQ(id.size(), 12);
+    Peek peek(f.path);
+    EXPECT_EQ(peek.rows(), QStringList{"short|2020-01-01"});
+}
+
 TEST(clsUniqueIDTest, DrawsMapOntoTheSixtyTwoCharacters) {
     QSet<QChar> seen;
     for (int n = 1; n <= 62; ++n) {
