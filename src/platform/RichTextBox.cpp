@@ -18,8 +18,11 @@
 
 namespace {
 
+// Paragraph ends, line breaks and the marks that end the paragraphs around
+// and inside tables all stand as CR LF in Text.
 bool isDoubleWidth(QChar ch) {
-    return ch == QChar::ParagraphSeparator || ch == QChar::LineSeparator;
+    return ch == QChar::ParagraphSeparator || ch == QChar::LineSeparator ||
+           ch.unicode() == 0xFDD0 || ch.unicode() == 0xFDD1;
 }
 
 const char* const kRtfMime = "text/rtf";
@@ -90,9 +93,6 @@ QString RichTextBox::Impl::textOf(int from, int to) const {
     for (const QChar ch : raw) {
         if (isDoubleWidth(ch)) {
             text += QLatin1String("\r\n");
-        } else if (ch.unicode() == 0xFDD0 || ch.unicode() == 0xFDD1) {
-            // frame marks of tables have no place in the text
-            text += QLatin1Char(' ');
         } else {
             text += ch;
         }

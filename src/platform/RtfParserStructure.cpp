@@ -325,6 +325,14 @@ void RtfParser::ensureTextContext() {
 
 void RtfParser::enterTable() {
     flushText();
+    // A table ends the paragraph before it by itself: the empty paragraph
+    // that a \par before the table opened would stand as an extra line.
+    if (m_cursor.atBlockStart() && m_cursor.block().length() == 1 &&
+        m_cursor.document()->characterAt(m_cursor.position() - 1) == QChar::ParagraphSeparator) {
+        const QTextBlockFormat kept = m_cursor.block().previous().blockFormat();
+        m_cursor.deletePreviousChar();
+        m_cursor.setBlockFormat(kept);
+    }
     const int columns = std::max<int>(1, static_cast<int>(m_cellEdges.size()));
     QTextTableFormat format;
     format.setCellPadding(2);
