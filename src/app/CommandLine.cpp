@@ -11,6 +11,7 @@ int runVersionCommand(const QStringList& /*args*/, CommandIO& io) {
 const std::vector<CommandEntry>& headlessCommands() {
     static const std::vector<CommandEntry> table = {
         {"--version", "--version", runVersionCommand},
+        {"spell", "spell FILE [--tolerance N]", runSpellCommand},
     };
     return table;
 }

@@ -4,3 +4,4 @@
 
 // One handler per subcommand, each in its own source file of app/.
 int runVersionCommand(const QStringList& args, CommandIO& io);
+int runSpellCommand(const QStringList& args, CommandIO& io);

@@ -1,0 +1,155 @@
+#include "spell/clsSpellCheck.h"
+
+#include "QtPrinters.h"
+#include "app/AppContext.h"
+#include "platform/MsgboxClass.h"
+#include "platform/ProgressReporter.h"
+#include "spell/SpellCheckSession.h"
+#include "spell/SpellTextTarget.h"
+#include "spell/modSpellMDBResource.h"
+#include "support/TestEnvironment.h"
+
+#include <QDir>
+#include <QFile>
+#include <gtest/gtest.h>
+
+namespace {
+
+const QString kNoAccess = QStringLiteral(
+    "The spell check wizard was not able to access the spell check database and needs to close.");
+
+class clsSpellCheckTest : public ::testing::Test {
+protected:
+    clsSpellCheckTest() {
+        m_context->msgbox = &m_messages;
+        m_context->progress = &m_progress;
+        m_folder = m_env.path(QStringLiteral("templates"));
+        QDir().mkpath(m_folder);
+        m_spell.setAppFolder(m_folder);
+        m_spell.setRTB(&m_text);
+    }
+
+    TestEnvironment m_env;
+    ScopedAppContext m_context;
+    ScriptedMsgbox m_messages;
+    RecordingProgress m_progress;
+    PlainSpellText m_text;
+    clsSpellCheck m_spell;
+    QString m_folder;
+};
+
+} // namespace
+
+TEST_F(clsSpellCheckTest, StartsWithTheSessionDefaults) {
+    const clsSpellCheck fresh;
+    EXPECT_EQ(fresh.AccuracyPercentage(), 70);
+    EXPECT_TRUE(fresh.PrecisionFilter());
+    EXPECT_EQ(fresh.RelevanceOrder(), 1);
+    EXPECT_EQ(fresh.Tolerance(), 3);
+    EXPECT_TRUE(fresh.SortResultsByAccuracy());
+    EXPECT_FALSE(fresh.SelectErrors());
+    EXPECT_FALSE(fresh.HighlightErrors());
+    EXPECT_TRUE(fresh.HighlightCorrections());
+    EXPECT_FALSE(fresh.CommonWordExtensions());
+    EXPECT_FALSE(fresh.FailedToInitializeFlag());
+    EXPECT_TRUE(fresh.AppName().isEmpty());
+    EXPECT_TRUE(fresh.AppFolder().isEmpty());
+    EXPECT_EQ(fresh.RTB(), nullptr);
+}
+
+TEST_F(clsSpellCheckTest, WritesTheShippedListOnFirstUseAndKeepsItAfterwards) {
+    const QString path = m_folder + QStringLiteral("/list.db");
+    ASSERT_FALSE(QFile::exists(path));
+    ASSERT_TRUE(m_spell.openSpellCheckDatabase());
+    EXPECT_EQ(readTestFile(path), loadResourceBytes(101, QStringLiteral("CUSTOM")));
+    EXPECT_GE(m_spell.wordDatabase().find(std::string_view("invoice")), 0);
+
+    // An existing list is the user's (words may have been added): kept.
+    writeTestFile(path, "quillmere\r\n");
+    clsSpellCheck again;
+    again.setAppFolder(m_folder + QLatin1Char('/'));
+    ASSERT_TRUE(again.openSpellCheckDatabase());
+    EXPECT_EQ(readTestFile(path), QByteArray("quillmere\r\n"));
+    EXPECT_EQ(again.wordDatabase().find(std::string_view("quillmere")), 0);
+    EXPECT_TRUE(m_messages.texts().isEmpty());
+}
+
+TEST_F(clsSpellCheckTest, ListsThatCannotBeReadEndTheSessionWithAMessage) {
+    struct Case {
+        const char* name;
+        QString folder;
+        QByteArray content; // null: no file is written
+    };
+    const Case cases[] = {
+        {"no folder given", QString(), QByteArray()},
+        {"folder missing", m_env.root() + QStringLiteral("/absent/deeper"), QByteArray()},
+        {"empty list", m_env.path(QStringLiteral("empty")), QByteArray("")},
+        {"line feeds only", m_env.path(QStringLiteral("lf")), QByteArray("one\ntwo\n")},
+        {"a folder named like the list", m_env.path(QStringLiteral("dir")), QByteArray()},
+    };
+    QDir().mkpath(m_env.path(QStringLiteral("dir")) + QStringLiteral("/list.db"));
+    for (const Case& c : cases) {
+        if (!c.content.isNull()) {
+            writeTestFile(c.folder + QStringLiteral("/list.db"), c.content);
+        }
+        m_messages.clear();
+        clsSpellCheck spell;
+        spell.setAppFolder(c.folder);
+        EXPECT_FALSE(spell.openSpellCheckDatabase()) << c.name;
+        EXPECT_TRUE(spell.FailedToInitializeFlag()) << c.name;
+        EXPECT_EQ(m_messages.texts(), QStringList{kNoAccess}) << c.name;
+    }
+}
+
+TEST_F(clsSpellCheckTest, StartShowsTheDialogOnlyWhenThereAreErrors) {
+    struct Case {
+        const char* name;
+        QString text;
+        bool dialog;
+        QStringList messages;
+    };
+    const Case cases[] = {
+        {"empty page", "", false, {"There are no spelling errors"}},
+        {"symbols only", "-- & ... $ %", false, {"There are no spelling errors"}},
+        {"clean text",
+         "The invoice is attached.\r\nThank you.",
+         false,
+         {"There are no spelling errors"}},
+        {"one error", "The invocie is attached.", true, {"Spell check complete"}},
+    };
+    for (const Case& c : cases) {
+        m_messages.clear();
+        m_text.setText(c.text);
+        RecordingProgress progress;
+        m_context->progress = &progress;
+        QString shown;
+        bool called = false;
+        m_spell.startSpellCheck([&](SpellCheckSession& dialog) {
+            called = true;
+            shown = dialog.targetWord();
+            while (!dialog.finished()) {
+                dialog.skipWord();
+            }
+        });
+        EXPECT_EQ(called, c.dialog) << c.name;
+        EXPECT_EQ(m_messages.texts(), c.messages) << c.name;
+        EXPECT_EQ(progress.caption(),
+                  QStringLiteral("Checking document for spelling errors, please wait ..."))
+            << c.name;
+        EXPECT_TRUE(progress.ended()) << c.name;
+        if (c.dialog) {
+            EXPECT_EQ(shown, QStringLiteral("invocie")) << c.name;
+        }
+    }
+}
+
+TEST_F(clsSpellCheckTest, FailedStartShowsNoDialog) {
+    m_spell.setAppFolder(QString());
+    m_text.setText(QStringLiteral("teh"));
+    bool called = false;
+    m_spell.startSpellCheck([&](SpellCheckSession&) { called = true; });
+    EXPECT_FALSE(called);
+    EXPECT_TRUE(m_spell.FailedToInitializeFlag());
+    EXPECT_EQ(m_messages.texts(), QStringList{kNoAccess});
+    EXPECT_TRUE(m_progress.ended());
+}
