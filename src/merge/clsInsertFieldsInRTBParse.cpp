@@ -1,0 +1,222 @@
+#include "app/AppContext.h"
+#include "data/databaseControl.h"
+#include "merge/MergeLookups.h"
+#include "merge/clsInsertFieldsInRTB.h"
+#include "platform/errorClass.h"
+#include "platform/stringControl.h"
+
+namespace {
+
+// getDataField and getDataDateField for one record.
+class RecordValues : public PlaceholderValues {
+public:
+    RecordValues(clsInsertFieldsInRTB& owner, int companyID, int contactID, int scheduleID,
+                 int firmID, int appointmentID, int docketID, int taskID, bool useSamples,
+                 bool inRTF)
+        : m_owner(owner), m_company(companyID), m_contact(contactID), m_schedule(scheduleID),
+          m_firm(firmID), m_appointment(appointmentID), m_docket(docketID), m_task(taskID),
+          m_samples(useSamples), m_rtf(inRTF) {}
+
+    QString dataField(const QString& name) override {
+        return m_owner.getDataField(name, m_company, m_contact, m_schedule, m_firm, m_appointment,
+                                    m_docket, m_task, m_samples, m_rtf);
+    }
+    QString dataDateField(const QString& name, const QString& format) override {
+        return m_owner.getDataDateField(name, format, m_company, m_contact, m_schedule, m_firm,
+                                        m_appointment, m_docket, m_task, m_samples, m_rtf);
+    }
+
+private:
+    clsInsertFieldsInRTB& m_owner;
+    int m_company, m_contact, m_schedule, m_firm, m_appointment, m_docket, m_task;
+    bool m_samples, m_rtf;
+};
+
+QString placeholder(const QString& body) {
+    return MergeSyntax::kOpen + body + MergeSyntax::kClose;
+}
+
+} // namespace
+
+QString clsInsertFieldsInRTB::parseRTBComment(const QString& text, int companyID, int contactID,
+                                              int scheduleID, int firmID, int appointmentID,
+                                              int docketID, int taskID, bool useSamples, bool inRTF,
+                                              bool contactNameForCompany) {
+    ProcedureScope scope(app().errors, "QuillmerePad.exe-clsInsertFieldsInRTB-parseRTBComment");
+    m_emptyPlaceholders.clear();
+    const bool contactForCompany = contactNameForCompany && companyID < 1 && contactID >= 1;
+
+    if (m_table.isEmpty()) {
+        int type = 0;
+        if (MergeLookups::validAppointmentID(appointmentID)) {
+            type = 5;
+        } else if (MergeLookups::validTaskID(taskID)) {
+            type = 8;
+        } else if (MergeLookups::validDocketID(docketID)) {
+            type = 6;
+        } else if (MergeLookups::validScheduleID(scheduleID)) {
+            type = 4;
+        } else if (MergeLookups::validCompanyID(companyID) ||
+                   MergeLookups::validContactID(contactID)) {
+            type = 2;
+        }
+        if (type != 0) {
+            createDefaultFieldListStructure(type, true, false);
+        }
+    }
+    if (m_table.isEmpty()) {
+        return text;
+    }
+
+    RecordValues values(*this, companyID, contactID, scheduleID, firmID, appointmentID, docketID,
+                        taskID, useSamples, inRTF);
+    if (inRTF && m_fastSubstitution) {
+        QString result;
+        m_substitution.substitute(text, m_table, m_generation, contactForCompany, values, result,
+                                  &m_emptyPlaceholders);
+        return result;
+    }
+    return literalParse(text, inRTF, contactForCompany, values);
+}
+
+QString clsInsertFieldsInRTB::literalParse(const QString& text, bool inRTF, bool contactForCompany,
+                                           PlaceholderValues& values) {
+    const QString searchCopy = mergeSearchCopy(text, contactForCompany);
+    QString real = text;
+    auto fill = [&](const QString& body, const QString& value) {
+        const QString token = placeholder(body);
+        if (value.isEmpty() &&
+            real.contains(inRTF ? convertFieldName(token) : token, Qt::CaseInsensitive)) {
+            m_emptyPlaceholders << body;
+        }
+        replaceText(real, token, value, inRTF);
+    };
+    const QStringList& formats = MergeSyntax::dateFormats();
+    for (const QString& format : formats) {
+        const QString body = QStringLiteral("(Todays Date, ") + format + QLatin1Char(')');
+        if (searchCopy.contains(placeholder(body), Qt::CaseInsensitive)) {
+            fill(body, values.dataDateField(QStringLiteral("Todays Date"), format));
+        }
+    }
+    for (int row = 1; row <= m_table.rowCount(); ++row) {
+        const QString name = m_table.value(row, EnglishName);
+        const QString type = m_table.value(row, FieldType);
+        if (type == QLatin1String("Date")) {
+            for (int f = 0; f < formats.size(); ++f) {
+                const QString body = QLatin1Char('(') + name + QStringLiteral(", ") +
+                                     formats.at(f) + QLatin1Char(')');
+                if (searchCopy.contains(placeholder(body), Qt::CaseInsensitive)) {
+                    fill(body, values.dataDateField(name, MergeSyntax::fieldDateFormat(f)));
+                }
+            }
+        } else if (searchCopy.contains(placeholder(name), Qt::CaseInsensitive)) {
+            fill(name, MergeSyntax::plainValue(values, name, type));
+        }
+    }
+    replaceUnfoundMergeFieldsWithBlanks(real);
+    return real;
+}
+
+QString clsInsertFieldsInRTB::createDisplayTextByID(int userID, int itemKind, int companyID,
+                                                    int contactID, int itemID) {
+    ProcedureScope scope(app().errors,
+                         "QuillmerePad.exe-clsInsertFieldsInRTB-createDisplayTextByID");
+    return calendarText(userID, itemKind, companyID, contactID, itemID, false);
+}
+
+QString clsInsertFieldsInRTB::createTitleBarTextByID(int userID, int itemKind, int companyID,
+                                                     int contactID, int itemID) {
+    ProcedureScope scope(app().errors,
+                         "QuillmerePad.exe-clsInsertFieldsInRTB-createTitleBarTextByID");
+    return calendarText(userID, itemKind, companyID, contactID, itemID, true);
+}
+
+QString clsInsertFieldsInRTB::calendarText(int userID, int itemKind, int companyID, int contactID,
+                                           int itemID, bool titleBar) {
+    QString prefix;
+    QString defaultText;
+    switch (itemKind) {
+    case 5:
+        prefix = QStringLiteral("Appt");
+        defaultText = QStringLiteral("\u00ABAppointment Name\u00BB for \u00ABCompany Name\u00BB\r\n"
+                                     "\u00ABAppointment Start Time\u00BB to \u00ABAppointment End "
+                                     "Time\u00BB");
+        break;
+    case 6:
+        prefix = QStringLiteral("Docket");
+        defaultText = QStringLiteral(
+            "\u00ABDocket Start Time\u00BB to \u00ABDocket End Time\u00BB\r\n\u00ABAppointment "
+            "Name\u00BB \u00ABTask Name\u00BB \u00ABCompany Name\u00BB\r\n\u00ABDocket Name\u00BB");
+        break;
+    case 8:
+        prefix = QStringLiteral("Task");
+        defaultText = QStringLiteral("\u00ABTask Name\u00BB for \u00ABCompany Name\u00BB\r\n"
+                                     "\u00ABTask Start Time\u00BB to \u00ABTask End Time\u00BB");
+        break;
+    default:
+        return QString();
+    }
+
+    QString setting;
+    QString before;
+    QString after;
+    databaseControl* db = app().database;
+    if (db && db->isConnected()) {
+        const QString sql =
+            QStringLiteral(
+                "SELECT UserCalendarSettings.* FROM UserCalendarSettings WHERE UserIDNum = ") +
+            QString::number(userID) + QLatin1Char(';');
+        int rs =
+            db->openRecordset(sql, databaseControl::KeysetCursor, databaseControl::OptimisticLock);
+        if (!db->hasRecords(rs)) {
+            db->addNew(rs);
+            db->setField(rs, QStringLiteral("UserIDNum"), userID);
+            db->saveRecord(rs);
+        }
+        auto read = [&](const QString& column) {
+            if (!db->hasField(rs, column)) {
+                return QString();
+            }
+            const QVariant v = db->getField(rs, column);
+            return stringControl::isBlank(v) ? QString() : v.toString();
+        };
+        setting =
+            read(prefix + (titleBar ? QStringLiteral("TitleBarText") : QStringLiteral("Template")));
+        if (itemKind == 5 && !titleBar) {
+            before = read(QStringLiteral("BeforeAppointmentText"));
+            after = read(QStringLiteral("AfterAppointmentText"));
+        }
+        db->closeRecordset(rs);
+    }
+
+    QString templateText;
+    if (titleBar) {
+        templateText = setting;
+        if (!stringControl::isBlank(templateText) && !templateText.contains(MergeSyntax::kOpen)) {
+            templateText = placeholder(templateText);
+        }
+        if (stringControl::isBlank(templateText)) {
+            templateText = defaultText;
+        }
+    } else {
+        templateText = stringControl::isBlank(setting) || setting == QLatin1String("Text Constant")
+                           ? defaultText
+                           : setting;
+        if (!before.isEmpty()) {
+            templateText = before + QStringLiteral("\r\n") + templateText;
+        }
+        if (!after.isEmpty()) {
+            templateText += QStringLiteral("\r\n") + after;
+        }
+    }
+
+    if (m_table.isEmpty() || m_table.find(itemKind == 5   ? QStringLiteral("Appointment Name")
+                                          : itemKind == 6 ? QStringLiteral("Docket Name")
+                                                          : QStringLiteral("Task Start Time"),
+                                          EnglishName) < 0) {
+        createDefaultFieldListStructure(itemKind, true, false);
+    }
+    return parseRTBComment(templateText, companyID, contactID, -1, -1, itemKind == 5 ? itemID : -1,
+                           itemKind == 6 ? itemID : -1, itemKind == 8 ? itemID : -1, false, false,
+                           false);
+}
