@@ -460,7 +460,8 @@ QVariant databaseControl::toStorage(const Recordset& rs, int column, const QVari
         throw QmError(QmError::TypeMismatch,
                       QStringLiteral("'%1' is not a number for %2.").arg(text, c.name));
     }
-    return text;
+    // An empty text is stored as such; a null QString would bind as Null.
+    return text.isNull() ? QStringLiteral("") : text;
 }
 
 void databaseControl::runInTransaction(const QString& sql, const QVariantList& parameters,
