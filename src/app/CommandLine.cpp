@@ -11,6 +11,8 @@ int runVersionCommand(const QStringList& /*args*/, CommandIO& io) {
 const std::vector<CommandEntry>& headlessCommands() {
     static const std::vector<CommandEntry> table = {
         {"--version", "--version", runVersionCommand},
+        {"text", "text FILE", runTextCommand},
+        {"convert", "convert IN OUT", runConvertCommand},
         {"spell", "spell FILE [--tolerance N]", runSpellCommand},
     };
     return table;

@@ -31,6 +31,9 @@ const char* const kRtfMime = "text/rtf";
 
 RichTextBox::Impl::Impl(RichTextBox* owner) : box(owner), document(new QTextDocument(owner)) {
     document->setUndoRedoEnabled(true);
+    // The control's font; fixed so that written RTF does not depend on the
+    // machine's default font.
+    document->setDefaultFont(QFont(QStringLiteral("Tahoma"), 10));
     cursor = QTextCursor(document);
     QObject::connect(document, &QTextDocument::contentsChange, owner,
                      [this](int, int, int) { mapValid = false; });
