@@ -11,6 +11,8 @@ int runVersionCommand(const QStringList& /*args*/, CommandIO& io) {
 const std::vector<CommandEntry>& headlessCommands() {
     static const std::vector<CommandEntry> table = {
         {"--version", "--version", runVersionCommand},
+        {"check", "check TEMPLATE [--database DB] [--province N]", runCheckCommand},
+        {"merge", "merge TEMPLATE --database DB --out ROOT [--type N] [--ids LIST | --all] [--today YYYY-MM-DD] [--province N] [--report]", runMergeCommand},
         {"text", "text FILE", runTextCommand},
         {"convert", "convert IN OUT", runConvertCommand},
         {"spell", "spell FILE [--tolerance N]", runSpellCommand},

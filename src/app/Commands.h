@@ -7,3 +7,5 @@ int runVersionCommand(const QStringList& args, CommandIO& io);
 int runSpellCommand(const QStringList& args, CommandIO& io);
 int runTextCommand(const QStringList& args, CommandIO& io);
 int runConvertCommand(const QStringList& args, CommandIO& io);
+int runCheckCommand(const QStringList& args, CommandIO& io);
+int runMergeCommand(const QStringList& args, CommandIO& io);

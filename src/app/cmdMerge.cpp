@@ -1,0 +1,160 @@
+#include "app/Commands.h"
+#include "merge/MergeLookups.h"
+#include "merge/MergeSession.h"
+#include "merge/MergeTemplate.h"
+#include "merge/modMergeControl.h"
+#include "platform/ProgressReporter.h"
+
+#include <QDate>
+
+namespace {
+
+int parseID(const QString& text) {
+    bool ok = false;
+    const int id = text.trimmed().toInt(&ok);
+    return ok ? id : -1;
+}
+
+// Every visible active client (kinds 1, 2), every contact linked to one
+// (kind 3), every schedule (4) or appointment (5).
+void addAllRecipients(int type, FieldTable& ids) {
+    databaseControl* db = app().database;
+    auto walk = [db](const QString& sql, const std::function<void(int)>& each) {
+        const int rs = db->openRecordset(sql);
+        while (db->hasRecords(rs) && !db->isEOF(rs)) {
+            each(rs);
+            db->moveNext(rs);
+        }
+        db->closeRecordset(rs);
+    };
+    if (type == 4 || type == 5) {
+        const QString sql = type == 4 ? QStringLiteral("SELECT Schedule.ScheduleID FROM Schedule "
+                                                       "ORDER BY Schedule.ScheduleID;")
+                                      : QStringLiteral("SELECT Appointments.AppointmentID FROM "
+                                                       "Appointments ORDER BY "
+                                                       "Appointments.AppointmentID;");
+        walk(sql, [&](int rs) {
+            ids.addRow(ids.rowCount() + 1,
+                       {db->getField(rs, type == 4 ? QStringLiteral("ScheduleID")
+                                                   : QStringLiteral("AppointmentID"))
+                            .toString(),
+                        QString()});
+        });
+        return;
+    }
+    std::vector<int> companies;
+    walk(MergeLookups::getMainBusinessSQLString(true, 0), [&](int rs) {
+        companies.push_back(db->getField(rs, QStringLiteral("Companies.CompanyID")).toInt());
+    });
+    for (int company : companies) {
+        if (type != 3) {
+            ids.addRow(ids.rowCount() + 1, {QString::number(company), QString()});
+            continue;
+        }
+        walk(QStringLiteral("SELECT ContactLinks.ContactIDNum, ContactLinks.CompanyNum FROM "
+                            "ContactLinks WHERE ContactLinks.CompanyNum = ") +
+                 QString::number(company) + QLatin1Char(';'),
+             [&](int rs) {
+                 ids.addRow(ids.rowCount() + 1,
+                            {QString::number(company),
+                             db->getField(rs, QStringLiteral("ContactIDNum")).toString()});
+             });
+    }
+}
+
+} // namespace
+
+// quillmere-pad merge TEMPLATE --database DB --out ROOT [--type N]
+//     [--ids LIST | --all] [--today YYYY-MM-DD] [--province N] [--report]
+int runMergeCommand(const QStringList& args, CommandIO& io) {
+    const QStringList withValues = {"--database", "--out",   "--type",
+                                    "--ids",      "--today", "--province"};
+    const QStringList positional = positionalArguments(args, withValues);
+    const auto database = optionValue(args, QStringLiteral("--database"));
+    const auto root = optionValue(args, QStringLiteral("--out"));
+    const auto idText = optionValue(args, QStringLiteral("--ids"));
+    const bool all = hasFlag(args, QStringLiteral("--all"));
+    if (positional.size() != 1 || !database || !root || (idText.has_value() == all)) {
+        io.err << "Usage: quillmere-pad merge TEMPLATE --database DB --out ROOT [--type N] "
+                  "[--ids LIST | --all] [--today YYYY-MM-DD] [--province N] [--report]\n";
+        return 2;
+    }
+    MergeSession session([&io](const QString& text) { io.err << text << '\n'; });
+    if (const auto today = optionValue(args, QStringLiteral("--today"))) {
+        const QDate date = QDate::fromString(*today, Qt::ISODate);
+        if (!date.isValid()) {
+            io.err << "--today takes a date as YYYY-MM-DD\n";
+            return 2;
+        }
+        session.context().clock.setFixed(QDateTime(date, QTime(12, 0)));
+    }
+    if (const auto province = optionValue(args, QStringLiteral("--province"))) {
+        bool ok = false;
+        session.context().currentProvince = province->toShort(&ok);
+        if (!ok) {
+            io.err << "--province takes a number\n";
+            return 2;
+        }
+    }
+    if (!session.openDatabase(*database)) {
+        io.err << "The Quillmere Pad was not able to access the companies database and needs to "
+                  "close.\n";
+        return 2;
+    }
+
+    MergeResultDocument result;
+    try {
+        MergeTemplate opened = openMergeTemplate(positional.first());
+        result.model = opened.model;
+        result.templateCaption = opened.caption;
+        result.templateText = opened.rtf;
+    } catch (const QmError& fault) {
+        io.err << (fault.number() == QmError::InvalidFileFormat ? invalidDocumentMessage()
+                                                                : fault.description())
+               << '\n';
+        return 2;
+    }
+    if (const auto type = optionValue(args, QStringLiteral("--type"))) {
+        bool ok = false;
+        result.model.InformationType = type->toInt(&ok);
+        if (!ok) {
+            io.err << "--type takes a number\n";
+            return 2;
+        }
+    }
+    const int type = result.model.InformationType;
+    if (type < 1 || type > 5) {
+        io.err << "Templates of information type " << type << " cannot be merged here.\n";
+        return 2;
+    }
+
+    try {
+        if (all) {
+            addAllRecipients(type, result.IDList);
+        } else {
+            for (const QString& item : idText->split(QLatin1Char(','), Qt::SkipEmptyParts)) {
+                const QStringList parts = item.split(QLatin1Char(':'));
+                const int first = parseID(parts.value(0));
+                const int second = parts.size() > 1 ? parseID(parts.value(1)) : -1;
+                result.IDList.addRow(
+                    result.IDList.rowCount() + 1,
+                    {QString::number(first), type <= 3 ? QString::number(second) : QString()});
+            }
+        }
+        session.fields().createDefaultFieldListStructure(type, true, true);
+        NullProgress progress;
+        result.createMergeDocument(progress);
+        result.saveMergeDocument(progress, *root);
+    } catch (const QmError& fault) {
+        io.err << fault.description() << '\n';
+        return 2;
+    }
+    const bool report = hasFlag(args, QStringLiteral("--report"));
+    for (const MergedRecord& record : result.records) {
+        io.out << record.name << '\t' << record.savedPath << '\n';
+        if (report && !record.emptyPlaceholders.isEmpty()) {
+            io.out << "\tempty:\t" << record.emptyPlaceholders.join(QStringLiteral(", ")) << '\n';
+        }
+    }
+    return 0;
+}

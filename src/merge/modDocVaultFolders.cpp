@@ -1,0 +1,170 @@
+#include "merge/modDocVaultFolders.h"
+
+#include "app/AppContext.h"
+#include "data/databaseControl.h"
+#include "files/clsWorkingFolderLocation.h"
+#include "merge/MergeLookups.h"
+#include "platform/VBFormat.h"
+#include "platform/errorClass.h"
+#include "platform/fileControl.h"
+#include "platform/stringControl.h"
+
+#include <QDir>
+
+namespace {
+
+QString vaultRoot(const QString& root) {
+    QString folder = root;
+    if (folder.isEmpty() && app().workingFolders) {
+        folder = app().workingFolders->getDocumentVaultRoot();
+    }
+    return folder.isEmpty() ? QString() : fileControl::AddBackslash(folder);
+}
+
+void makeFolder(const QString& folder) {
+    if (!QDir().mkpath(folder)) {
+        throw QmError(QmError::PathNotFound, QStringLiteral("Path not found: ") + folder);
+    }
+}
+
+// Steps shared by the business and personal folders: the stored folder while
+// it exists, otherwise a folder of the current name, stored for next time.
+QString clientFolder(const QString& keyColumn, int id, const QString& subfolder,
+                     const QString& clientName, const QString& root) {
+    databaseControl* db = app().database;
+    if (!db || !db->isConnected()) {
+        return QString();
+    }
+    const QString base = vaultRoot(root);
+    const int rs = db->openRecordset(
+        QStringLiteral("SELECT ClientDocumentStorage.* FROM ClientDocumentStorage;"),
+        databaseControl::KeysetCursor, databaseControl::OptimisticLock);
+    QString result;
+    try {
+        const bool found = db->hasRecords(rs) && db->findRows(rs, keyColumn, QString::number(id));
+        if (found) {
+            const QVariant stored = db->getField(rs, QStringLiteral("FolderPath"));
+            if (!stringControl::isBlank(stored)) {
+                const QString candidate = fileControl::AddBackslash(base + stored.toString());
+                if (fileControl::FolderExists(candidate)) {
+                    result = candidate;
+                }
+            }
+        }
+        if (result.isEmpty()) {
+            const QString relative = subfolder + cleanFolderName(clientName);
+            result = fileControl::AddBackslash(base + relative);
+            makeFolder(result);
+            if (found) {
+                db->updateFieldNow(rs, QStringLiteral("FolderPath"), relative);
+            } else {
+                db->addNew(rs);
+                db->setField(rs, keyColumn, id);
+                db->setField(rs, QStringLiteral("FolderPath"), relative);
+                db->saveRecord(rs);
+            }
+        }
+    } catch (...) {
+        db->closeRecordset(rs);
+        throw;
+    }
+    db->closeRecordset(rs);
+    return result;
+}
+
+} // namespace
+
+QString cleanFolderName(const QString& name) {
+    static const QString forbidden = QStringLiteral("\\/:*?\"<>|");
+    QString out;
+    out.reserve(name.size());
+    for (const QChar c : name) {
+        out += forbidden.contains(c) || c.unicode() < 32 ? QChar(u'_') : c;
+    }
+    while (!out.isEmpty() && (out.front() == QLatin1Char(' ') || out.front() == QLatin1Char('.'))) {
+        out.remove(0, 1);
+    }
+    while (!out.isEmpty() && (out.back() == QLatin1Char(' ') || out.back() == QLatin1Char('.'))) {
+        out.chop(1);
+    }
+    return out.isEmpty() ? QStringLiteral("_") : out;
+}
+
+QString getBusinessClientDocFolder(int clientDataID, const QString& root) {
+    ProcedureScope scope(app().errors,
+                         "QuillmerePad.exe-modDocVaultFolders-getBusinessClientDocFolder");
+    return clientFolder(QStringLiteral("ClientDataNum"), clientDataID, QString(),
+                        MergeLookups::getCompanyNameFromClientDataID(clientDataID), root);
+}
+
+QString getPersonalClientDocFolder(int contactID, const QString& root) {
+    ProcedureScope scope(app().errors,
+                         "QuillmerePad.exe-modDocVaultFolders-getPersonalClientDocFolder");
+    return clientFolder(QStringLiteral("ContactNum"), contactID,
+                        QStringLiteral("Personal Tax Clients/"),
+                        MergeLookups::getDisplayNameFromContactID(contactID), root);
+}
+
+QString getMiscAppointmentsFolder(const QString& root) {
+    ProcedureScope scope(app().errors,
+                         "QuillmerePad.exe-modDocVaultFolders-getMiscAppointmentsFolder");
+    const QString folder =
+        vaultRoot(root) + QStringLiteral("Quillmere Merge Appointment Documents");
+    if (!fileControl::FolderExists(folder)) {
+        makeFolder(folder);
+    }
+    return folder;
+}
+
+QString parseMergeFileName(const QString& name, int fileSaveType, int documentType,
+                           int informationType) {
+    QString rest = name;
+    for (const char* prefix :
+         {"Merge Template - ", "Merge Template -", "Merge Template ", "Merge Template",
+          "Merge Results - ", "Merge Results -", "Merge Results ", "Merge Results"}) {
+        rest.remove(QString::fromLatin1(prefix), Qt::CaseSensitive);
+    }
+    QString fileName = VBFormat::formatDate(app().clock.today(), QStringLiteral("mmm d yyyy")) +
+                       QStringLiteral(" - ") + rest;
+    if (fileSaveType == 1) {
+        if (fileName.right(4).toUpper() != QLatin1String(".TXT")) {
+            fileName += QStringLiteral(".txt");
+        }
+        return fileName;
+    }
+    QString word;
+    switch (documentType) {
+    case 1:
+        word = QStringLiteral("rtf");
+        break;
+    case 2:
+        switch (informationType) {
+        case 1:
+        case 2:
+            word = QStringLiteral("qmb");
+            break;
+        case 3:
+            word = QStringLiteral("qme");
+            break;
+        case 4:
+            word = QStringLiteral("qmt");
+            break;
+        case 5:
+            word = QStringLiteral("qma");
+            break;
+        default:
+            break;
+        }
+        break;
+    case 3:
+    case 4:
+        word = QStringLiteral("qmw");
+        break;
+    default:
+        break;
+    }
+    if (fileName.right(4).toUpper() != (QLatin1Char('.') + word).toUpper()) {
+        fileName += QLatin1Char('.') + word;
+    }
+    return fileName;
+}
