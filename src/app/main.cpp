@@ -1,3 +1,4 @@
+#include "app/AppContext.h"
 #include "app/CommandLine.h"
 
 #include <QApplication>
@@ -12,6 +13,10 @@ int main(int argc, char** argv) {
     QStringList args;
     for (int i = 1; i < argc; ++i) {
         args << QString::fromLocal8Bit(argv[i]);
+    }
+    if (args.size() == 1 && args.first() == QLatin1String("--version")) {
+        std::fputs(qPrintable(getProgramVersion() + QLatin1Char('\n')), stdout);
+        return 0;
     }
     if (isHeadlessInvocation(args)) {
         // Headless work lays text out like the windows do, which needs a

@@ -1,13 +1,25 @@
-#include <QApplication>
-#include <QMainWindow>
+#include "app/AppContext.h"
+#include "app/modMain.h"
+#include "ui/frmMain.h"
 
-// The windowed program: the application object and the start modes.
+#include <QApplication>
+
+// The windowed program: the application object and the two start modes.
 int runWindowedProgram(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Quillmere Pad"));
-    QMainWindow window;
-    window.setWindowTitle(QStringLiteral("Quillmere Pad"));
-    window.resize(1000, 700);
-    window.show();
+    QStringList args = QApplication::arguments().mid(1);
+
+    auto host = std::make_unique<QtMainWindowHost>();
+    QtMainWindowHost* window = host.get();
+    Application program(std::move(host));
+    if (!program.Main(args)) {
+        // Hosted: the host's opening call starts the application.
+        return QApplication::exec();
+    }
+    if (window->window()) {
+        window->window()->setQueryUnload([&program] { program.exitCurrentProgram(); });
+    }
+    QApplication::setQuitOnLastWindowClosed(true);
     return QApplication::exec();
 }

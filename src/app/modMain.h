@@ -1,0 +1,74 @@
+#pragma once
+
+#include "app/MainWindowHost.h"
+
+#include <QString>
+#include <QStringList>
+#include <functional>
+#include <memory>
+
+class clsDocMerge;
+class clsINI;
+class clsWorkingFolderLocation;
+class databaseControl;
+class errorClass;
+
+// Owns the process-wide objects that start-up creates and releases them in
+// the order shut-down prescribes. The application context (app()) points at
+// them while they live.
+class Application {
+public:
+    explicit Application(std::unique_ptr<MainWindowHost> window);
+    ~Application();
+    Application(const Application&) = delete;
+    Application& operator=(const Application&) = delete;
+
+    // Process entry: "--automation" clears isStandAlone and returns false
+    // (the process waits for the host); otherwise sets isStandAlone, runs
+    // startApplication and returns true.
+    bool Main(const QStringList& arguments);
+
+    // Brings the application up. Every step runs even when one before it
+    // failed, as the host expects a window in any case.
+    void startApplication(bool createFirstDocument, clsDocMerge* automationObject);
+
+    // The one way out: tells a host, then unloads the main window.
+    void exitCurrentProgram();
+    bool hasExited() const { return m_exited; }
+
+    // Called to tell the host that the program ends (the D-Bus signal).
+    void setExitDocMergeHook(std::function<void()> hook) { m_exitDocMerge = std::move(hook); }
+
+    MainWindowHost& window() { return *m_window; }
+    clsINI* settings() const { return m_ini.get(); }
+    clsWorkingFolderLocation* folders() const { return m_folders.get(); }
+    errorClass* errors() const { return m_errors.get(); }
+
+private:
+    void unloadMainWindow();
+    void openDatabaseStep();
+    void saveWindowState();
+
+    std::unique_ptr<MainWindowHost> m_window;
+    std::unique_ptr<errorClass> m_errors;
+    std::unique_ptr<clsINI> m_ini;
+    std::unique_ptr<clsWorkingFolderLocation> m_folders;
+    std::unique_ptr<databaseControl> m_database;
+    std::function<void()> m_exitDocMerge;
+    bool m_exited = false;
+    bool m_exiting = false;
+};
+
+// The database path recorded in the settings file, or "" when it is unset
+// ("<not_set>") or blank.
+QString getDataFilePath();
+
+// Centres a window: over its parent (with the old program's asymmetry: the
+// left edge never takes the parent's left) or on the screen.
+struct FormRect {
+    int left = 0;
+    int top = 0;
+    int width = 0;
+    int height = 0;
+};
+FormRect CenterForm(const FormRect& window, const FormRect* parent, const FormRect& screen);
