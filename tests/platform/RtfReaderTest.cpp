@@ -3,8 +3,10 @@
 #include "platform/RichTextBox.h"
 #include "platform/RichTextFormat.h"
 #include "platform/errorClass.h"
+#include "support/TestEnvironment.h"
 
 #include <QBuffer>
+#include <QRegularExpression>
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QTextImageFormat>
@@ -279,5 +281,51 @@ TEST(RtfReader, InsertJoinsTheLastParagraphWithTheTextBehind) {
     RtfReader::insert(rtf("one\\par two\\par "), cursor);
     EXPECT_EQ(document.toPlainText(), QStringLiteral("head one\ntwotail"));
 }
+
+} // namespace
+
+namespace {
+
+// Lines of text as compared with LibreOffice's own extraction: blanks at
+// the ends and empty lines do not count, nor list numbers and bullets
+// (LibreOffice writes them as text; ours keeps them as list format, except
+// where the file itself has them as text), nor the mark of a picture.
+QStringList comparableLines(const QString& text, bool stripListMarkers) {
+    static const QRegularExpression marker(
+        QStringLiteral("^(\u2022|[0-9]+\\.|[a-zA-Z]\\.|[ivxIVX]+\\.)\\s+"));
+    QStringList lines;
+    QString normalised = text;
+    normalised.remove(QChar(0xFEFF)).remove(QChar::ObjectReplacementCharacter);
+    normalised.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    for (QString line : normalised.split(QLatin1Char('\n'))) {
+        line = line.trimmed();
+        if (stripListMarkers) {
+            line.remove(marker);
+        }
+        if (!line.isEmpty()) {
+            lines << line;
+        }
+    }
+    return lines;
+}
+
+class RtfCorpusTest : public ::testing::TestWithParam<QString> {};
+
+TEST_P(RtfCorpusTest, TextMatchesLibreOfficesExtraction) {
+    const QString name = GetParam();
+    const QString text = loadDocumentText(testDataPath(QStringLiteral("rtf/") + name + ".rtf"));
+    const QString expected =
+        QString::fromUtf8(readTestFile(testDataPath(QStringLiteral("rtf/") + name + ".lo.txt")));
+    EXPECT_EQ(comparableLines(text, true).join(QLatin1Char('\n')),
+              comparableLines(expected, true).join(QLatin1Char('\n')));
+}
+
+INSTANTIATE_TEST_SUITE_P(Corpus, RtfCorpusTest,
+                         ::testing::Values(QStringLiteral("lo-letter"), QStringLiteral("lo-plain"),
+                                           QStringLiteral("pandoc-doc"),
+                                           QStringLiteral("hand-edge")),
+                         [](const auto& info) {
+                             return info.param.toStdString().erase(info.param.indexOf('-'), 1);
+                         });
 
 } // namespace
