@@ -6,6 +6,12 @@
 #include <QStringList>
 #include <QVariantMap>
 #include <memory>
+#include <ostream>
+
+// Readable QStrings in test failures.
+inline void PrintTo(const QString& text, std::ostream* os) {
+    *os << '"' << text.toStdString() << '"';
+}
 
 // A small client database for the merge tests: the schema of the program,
 // a firm, three client companies with their satellite rows, contacts with
