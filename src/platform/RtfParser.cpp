@@ -563,9 +563,26 @@ int RtfParser::codePageFor(const RtfCharState& ch) const {
     return m_codePage;
 }
 
-void RtfParser::appendText(const QString& addition) {
-    if (addition.isEmpty() || m_excessDepth > 0) {
+namespace {
+
+// Characters that have no place in the text: controls (the tab aside), and
+// the marks the document model uses for its own structure.
+bool isUnwanted(char16_t c) {
+    return (c < 0x20 && c != u'\t') || c == 0xFEFF || c == 0xFFFC || (c >= 0xFDD0 && c <= 0xFDEF);
+}
+
+} // namespace
+
+void RtfParser::appendText(const QString& raw) {
+    if (raw.isEmpty() || m_excessDepth > 0) {
         return;
+    }
+    QString addition = raw;
+    if (std::any_of(raw.begin(), raw.end(), [](QChar ch) { return isUnwanted(ch.unicode()); })) {
+        addition.removeIf([](QChar ch) { return isUnwanted(ch.unicode()); });
+        if (addition.isEmpty()) {
+            return;
+        }
     }
     const RtfGroupState& current = state();
     if (current.destination != RtfDestination::Text || current.ch.hidden) {

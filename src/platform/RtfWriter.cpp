@@ -207,8 +207,7 @@ void Writer::text(const QString& content) {
             word("line");
             continue;
         }
-        if (c < 0x20 || (c >= 0x80 && c <= 0x9F) || c == QChar::ObjectReplacementCharacter ||
-            c == 0xFEFF) {
+        if (c < 0x20 || c == QChar::ObjectReplacementCharacter || c == 0xFEFF) {
             continue;
         }
         if (m_needDelimiter) {
