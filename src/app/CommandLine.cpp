@@ -15,7 +15,7 @@ const std::vector<CommandEntry>& headlessCommands() {
         {"merge", "merge TEMPLATE --database DB --out ROOT [--type N] [--ids LIST | --all] [--today YYYY-MM-DD] [--province N] [--report]", runMergeCommand},
         {"text", "text FILE", runTextCommand},
         {"convert", "convert IN OUT", runConvertCommand},
-        {"spell", "spell FILE [--tolerance N]", runSpellCommand},
+        {"spell", "spell FILE [--tolerance N] [--folder DIR]", runSpellCommand},
     };
     return table;
 }

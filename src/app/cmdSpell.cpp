@@ -1,42 +1,27 @@
 #include "app/AppContext.h"
 #include "app/Commands.h"
+#include "files/clsWorkingFolderLocation.h"
 #include "platform/MsgboxClass.h"
+#include "platform/RichTextBox.h"
 #include "platform/errorClass.h"
-#include "platform/fileControl.h"
 #include "spell/SpellCheckSession.h"
-#include "spell/SpellCodePage.h"
 #include "spell/SpellTextTarget.h"
 #include "spell/clsSpellCheck.h"
 
 #include <QDir>
-#include <QStandardPaths>
-#include <QStringDecoder>
 
 namespace {
-
-// A document file as the checker sees it: its text with CR LF line ends.
-QString loadPlainText(const QString& path) {
-    const std::optional<QByteArray> bytes = fileControl::readWholeFile(path);
-    if (!bytes) {
-        throw QmError(QmError::FileNotFound, QStringLiteral("File not found: ") + path);
-    }
-    QStringDecoder utf8(QStringDecoder::Utf8);
-    QString text = utf8.decode(*bytes);
-    if (utf8.hasError()) {
-        text = SpellCodePage::decode(*bytes);
-    }
-    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-    text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
-    text.replace(QLatin1Char('\n'), QLatin1String("\r\n"));
-    return text;
-}
 
 QString wordListFolder(const QStringList& args) {
     if (const auto folder = optionValue(args, QStringLiteral("--folder"))) {
         return *folder;
     }
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
-           QStringLiteral("/Quillmere/Template Documents");
+    // The program keeps the list in its templates folder; without a started
+    // program, that is the default one of a fresh installation.
+    if (app().workingFolders != nullptr) {
+        return app().workingFolders->getTemplatesFolder();
+    }
+    return clsWorkingFolderLocation().getDefaultTemplatesFolder();
 }
 
 } // namespace
@@ -45,7 +30,7 @@ int runSpellCommand(const QStringList& args, CommandIO& io) {
     const QStringList files =
         positionalArguments(args, {QStringLiteral("--tolerance"), QStringLiteral("--folder")});
     if (files.size() != 1) {
-        io.err << "Usage: quillmere-pad spell FILE [--tolerance N]\n";
+        io.err << "Usage: quillmere-pad spell FILE [--tolerance N] [--folder DIR]\n";
         return 2;
     }
     int tolerance = 3;
@@ -58,6 +43,9 @@ int runSpellCommand(const QStringList& args, CommandIO& io) {
         }
     }
 
+    // Read before the context below replaces the program's.
+    const QString folder = wordListFolder(args);
+
     ScriptedMsgbox messages;
     messages.setSink([&io](const QString& text) { io.err << text << '\n'; });
     errorClass errors;
@@ -67,13 +55,12 @@ int runSpellCommand(const QStringList& args, CommandIO& io) {
 
     PlainSpellText text;
     try {
-        text.setText(loadPlainText(files.first()));
+        text.setText(loadDocumentText(files.first()));
     } catch (const QmError& fault) {
         io.err << "spell: " << fault.description() << '\n';
         return 1;
     }
 
-    const QString folder = wordListFolder(args);
     QDir().mkpath(folder);
     clsSpellCheck session;
     session.setErrorClass(&errors);

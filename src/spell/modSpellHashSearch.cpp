@@ -7,6 +7,7 @@
 #include "spell/modSpellWordList.h"
 
 #include <QtEndian>
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <string>
@@ -65,6 +66,7 @@ SpellWordArray SpellWordArray::fromListText(QByteArray text) {
             break; // the rest stands behind the last line end: dropped
         }
         result.m_spans.push_back({std::uint32_t(start), std::uint32_t(end - start)});
+        result.m_maxLength = std::max(result.m_maxLength, end - start);
         start = end + 2;
     }
     result.m_text = std::move(text);
@@ -133,10 +135,13 @@ qsizetype HashSearch(const SpellWordArray& words, SpellHashTable& table, std::st
     if (table.empty() || table.front() == table.back()) {
         BuildHashTable(words, table);
     }
-    const std::int32_t hash = GetFastXorHash(word);
-    if (hash < 0) {
-        throwNoSlot();
+    if (word.empty()) {
+        throwNoSlot(); // hashes to -1, which has no slot
     }
+    if (word.size() > words.maxWordLength()) {
+        return -1; // saves hashing a long candidate that cannot match
+    }
+    const std::int32_t hash = GetFastXorHash(word);
     const size_t size = table.size();
     size_t slot = size_t(hash) % size;
     // A table made by BuildHashTable is at most a quarter full; the bound

@@ -32,6 +32,8 @@ public:
         return {m_text.constData() + s.offset, s.length};
     }
     QString wordAt(qsizetype index) const;
+    // The length of the longest word: nothing longer can be in the list.
+    size_t maxWordLength() const { return m_maxLength; }
 
 private:
     struct Span {
@@ -40,6 +42,7 @@ private:
     };
     QByteArray m_text;
     std::vector<Span> m_spans;
+    size_t m_maxLength = 0;
 };
 
 using SpellHashTable = std::vector<std::int32_t>;

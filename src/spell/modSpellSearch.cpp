@@ -8,6 +8,7 @@
 #include "spell/modSpellHashSearch.h"
 
 #include <QByteArray>
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
@@ -136,11 +137,26 @@ bool Filter_Word(QStringView token) {
             return false;
         }
     }
-    if (token.contains(QLatin1String("th"))) {
+    if (!token.contains(QLatin1String("th"))) {
+        return true;
+    }
+    // Most tokens with "th" are words without digits, which no ordinal
+    // pattern can match; they need not be searched 27 times.
+    const bool hasDigit =
+        std::any_of(token.begin(), token.end(), [](QChar c) { return c.isDigit(); });
+    if (!hasDigit) {
+        return true;
+    }
+    static const QStringList ordinals = [] {
+        QStringList list;
         for (int n = 4; n <= 30; ++n) {
-            if (token.contains(QString(QString::number(n) + QLatin1String("th")))) {
-                return false;
-            }
+            list << QString::number(n) + QLatin1String("th");
+        }
+        return list;
+    }();
+    for (const QString& ordinal : ordinals) {
+        if (token.contains(ordinal)) {
+            return false;
         }
     }
     return true;

@@ -7,13 +7,13 @@
 
 namespace {
 
-struct Run {
+struct CommandRun {
     int status;
     QString out;
     QString err;
 };
 
-Run runSpell(const QStringList& args) {
+CommandRun runSpell(const QStringList& args) {
     QString out;
     QString err;
     QTextStream outStream(&out);
@@ -54,9 +54,9 @@ TEST(cmdSpellTest, PrintsEachMisspellingWithItsSuggestions) {
         {"rich text with a trailer", "memo.rtf", {}, golden("memo.golden")},
     };
     for (const Case& c : cases) {
-        const Run run = runSpell(
-            QStringList{testDataPath(QStringLiteral("spell/") + c.file), "--folder", folder} +
-            c.options);
+        QStringList args{testDataPath(QStringLiteral("spell/") + c.file), "--folder", folder};
+        args += c.options;
+        const CommandRun run = runSpell(args);
         EXPECT_EQ(run.status, 0) << c.name << ": " << run.err.toStdString();
         EXPECT_EQ(run.out, c.expected) << c.name;
         EXPECT_EQ(run.err, QStringLiteral("Spell check complete\n")) << c.name;
@@ -95,7 +95,7 @@ TEST(cmdSpellTest, ReportsWhatItCannotDo) {
         {"nothing wrong", {clean, "--folder", folder}, 0, "There are no spelling errors\n"},
     };
     for (const Case& c : cases) {
-        const Run run = runSpell(c.args);
+        const CommandRun run = runSpell(c.args);
         EXPECT_EQ(run.status, c.status) << c.name;
         EXPECT_TRUE(run.out.isEmpty()) << c.name;
         EXPECT_EQ(run.err, c.err) << c.name;

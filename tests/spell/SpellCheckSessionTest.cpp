@@ -92,6 +92,9 @@ TEST_F(SpellCheckSessionTest, ListsEachOccurrenceInTextOrder) {
         {"lone line feeds are not line ends", "cat\nsat", {"cat\nsat"}},
         {"skipped tokens", "a@b http://x 3rd 12th 31th", {"31th"}},
         {"empty", "", {}},
+        {"a word of 10,000 letters",
+         QString(10000, QLatin1Char('x')) + " cat",
+         {QString(10000, QLatin1Char('x'))}},
     };
     for (const Case& c : cases) {
         SpellCheckSession& session = start(c.text);
@@ -125,6 +128,7 @@ TEST_F(SpellCheckSessionTest, SuggestionsFollowTheSettings) {
         {"sorted ascending", 3, true, false, 1, "lexder", {"ledger", "leader"}},
         {"sorted descending", 3, true, false, 2, "lexder", {"leader", "ledger"}},
         {"filtered", 3, true, true, 1, "lexder", {"leader"}},
+        {"longer than any word of the list", 3, true, true, 1, QString(2000, QLatin1Char('b')), {}},
     };
     start(QString());
     for (const Case& c : cases) {
