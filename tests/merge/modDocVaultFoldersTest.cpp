@@ -1,0 +1,80 @@
+#include "merge/modDocVaultFolders.h"
+
+#include "app/AppContext.h"
+#include "merge/MergeTestDatabase.h"
+#include "platform/fileControl.h"
+#include "support/TestEnvironment.h"
+
+#include <QDir>
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(modDocVaultFoldersTest, FileNamesFromTheTemplatesName) {
+    ScopedAppContext context;
+    context->clock.setFixed(QDateTime(QDate(2024, 3, 5), QTime(9, 0)));
+    const struct {
+        const char* name;
+        int saveType;
+        int documentType;
+        int informationType;
+        const char* expected;
+    } cases[] = {
+        {"Merge Template - Year End Letter", 0, 3, 1, "Mar 5 2024 - Year End Letter.qmw"},
+        {"Merge Template", 0, 3, 1, "Mar 5 2024 - .qmw"},
+        {"Merge Results - Merge Template -X", 0, 4, 2, "Mar 5 2024 - X.qmw"},
+        {"Letter.QMW", 0, 3, 1, "Mar 5 2024 - Letter.QMW"},
+        {"Letter", 1, 3, 1, "Mar 5 2024 - Letter.txt"},
+        {"Letter.TxT", 1, 3, 1, "Mar 5 2024 - Letter.TxT"},
+        {"Letter", 0, 1, 1, "Mar 5 2024 - Letter.rtf"},
+        {"Letter", 0, 2, 3, "Mar 5 2024 - Letter.qme"},
+        {"Letter", 0, 2, 5, "Mar 5 2024 - Letter.qma"},
+        {"merge template - lower", 0, 3, 1, "Mar 5 2024 - merge template - lower.qmw"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(parseMergeFileName(QString::fromUtf8(c.name), c.saveType, c.documentType,
+                                     c.informationType),
+                  QString::fromUtf8(c.expected))
+            << c.name;
+    }
+}
+
+TEST(modDocVaultFoldersTest, NamesThatAreNoFolderNames) {
+    EXPECT_EQ(cleanFolderName("A/B\\C:D*E?F\"G<H>I|J"), "A_B_C_D_E_F_G_H_I_J");
+    EXPECT_EQ(cleanFolderName(" ..Acme. "), "Acme");
+    EXPECT_EQ(cleanFolderName(".."), "_");
+    EXPECT_EQ(cleanFolderName(QStringLiteral("H\u00e9l\u00e8ne's & Co")),
+              QStringLiteral("H\u00e9l\u00e8ne's & Co"));
+}
+
+TEST(modDocVaultFoldersTest, ClientFoldersAreMadeRememberedAndRemade) {
+    TestEnvironment env;
+    ScopedAppContext context;
+    EXPECT_EQ(getBusinessClientDocFolder(1010, env.path("vault")), "") << "no database";
+    MergeTestDatabase db(env.path("client.qmd"));
+    db.fillStandardPractice();
+    const QString root = env.root() + "/vault";
+
+    const QString first = getBusinessClientDocFolder(1010, root);
+    EXPECT_EQ(first, root + "/Acme Widgets/");
+    EXPECT_TRUE(fileControl::FolderExists(first));
+
+    // Renamed client: the stored folder still rules while it exists.
+    db.exec("UPDATE Companies SET CompanyName = 'Acme Renamed' WHERE CompanyID = 10");
+    EXPECT_EQ(getBusinessClientDocFolder(1010, root), first);
+    // Deleted folder: a folder of the current name, and the row follows.
+    QDir(first).removeRecursively();
+    EXPECT_EQ(getBusinessClientDocFolder(1010, root), root + "/Acme Renamed/");
+    const int rs = db.db().openRecordset(
+        "SELECT ClientDocumentStorage.* FROM ClientDocumentStorage WHERE ClientDataNum = 1010;");
+    ASSERT_EQ(db.db().recordCount(rs), 1);
+    EXPECT_EQ(db.db().getField(rs, "FolderPath").toString(), "Acme Renamed");
+    db.db().closeRecordset(rs);
+
+    EXPECT_EQ(getBusinessClientDocFolder(1020, root), root + "/Beta {Braces} _Back/");
+    EXPECT_EQ(getPersonalClientDocFolder(102, root), root + "/Personal Tax Clients/Solo Person/");
+    EXPECT_EQ(getMiscAppointmentsFolder(root), root + "/Quillmere Merge Appointment Documents");
+    EXPECT_TRUE(fileControl::FolderExists(root + "/Quillmere Merge Appointment Documents"));
+}
+
+} // namespace
