@@ -28,26 +28,28 @@ QString findKey(const QVariant& typed) {
 } // namespace
 
 void Recordset::buildColumnLookup() {
-    m_lookup.clear();
+    auto names = std::make_shared<QHash<QString, int>>();
     for (int i = static_cast<int>(columns.size()) - 1; i >= 0; --i) {
         const RecordsetColumn& c = columns[size_t(i)];
         // Walking backwards lets the first of two equal names win.
-        m_lookup.insert(c.name.toUpper(), i);
+        names->insert(c.name.toUpper(), i);
         if (!c.table.isEmpty())
-            m_lookup.insert((c.table + u'.' + c.name).toUpper(), i);
+            names->insert((c.table + u'.' + c.name).toUpper(), i);
     }
+    lookup = std::move(names);
 }
 
 int Recordset::columnIndex(const QString& name) const {
     const QString key = name.trimmed().toUpper();
-    const auto it = m_lookup.constFind(key);
-    if (it != m_lookup.constEnd())
+    const QHash<QString, int>& names = *lookup;
+    const auto it = names.constFind(key);
+    if (it != names.constEnd())
         return it.value();
     // "Table.Column" when the engine did not report tables: the column part.
     const qsizetype dot = key.lastIndexOf(u'.');
     if (dot > 0) {
-        const auto bare = m_lookup.constFind(key.mid(dot + 1));
-        if (bare != m_lookup.constEnd() && columns[size_t(bare.value())].table.isEmpty())
+        const auto bare = names.constFind(key.mid(dot + 1));
+        if (bare != names.constEnd() && columns[size_t(bare.value())].table.isEmpty())
             return bare.value();
     }
     return -1;

@@ -49,10 +49,12 @@ public:
     // Rows by the upper-case text of a column's value, built on first use.
     const std::vector<int>& rowsWithValue(int column, const QString& value);
     void dropIndexes() { m_indexes.clear(); }
+    // Builds the name lookup of the columns; sets opened from the same
+    // statement share it.
     void buildColumnLookup();
+    std::shared_ptr<const QHash<QString, int>> lookup; // upper-case NAME and TABLE.NAME -> index
 
 private:
-    QHash<QString, int> m_lookup; // upper-case name and TABLE.NAME -> index
     std::unordered_map<int, QHash<QString, std::vector<int>>> m_indexes;
     std::vector<int> m_noRows;
 };

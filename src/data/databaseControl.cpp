@@ -75,35 +75,46 @@ QString quoteName(const QString& name) {
 
 } // namespace
 
-// Prepared statements by their translated text. The program asks the same
-// few shapes again and again with another ID, so keeping them prepared
-// spares the parse.
+// Prepared statements by their translated text, with the description of
+// their columns. The program asks the same few shapes again and again with
+// another ID, so keeping them prepared spares the parse.
 class StatementCache {
 public:
-    StatementCache(QSqlDatabase db) : m_db(std::move(db)) {}
+    struct Entry {
+        QString sql;
+        QSqlQuery query;
+        bool described = false;
+        std::vector<RecordsetColumn> columns;
+        std::shared_ptr<const QHash<QString, int>> lookup;
+    };
 
-    QSqlQuery& get(const QString& sql) {
-        for (auto it = m_entries.begin(); it != m_entries.end(); ++it) {
-            if (it->first == sql) {
-                m_entries.splice(m_entries.begin(), m_entries, it);
-                return m_entries.front().second;
-            }
+    explicit StatementCache(QSqlDatabase db) : m_db(std::move(db)) {}
+
+    Entry& get(const QString& sql) {
+        const auto found = m_index.constFind(sql);
+        if (found != m_index.constEnd()) {
+            m_entries.splice(m_entries.begin(), m_entries, found.value());
+            return m_entries.front();
         }
         QSqlQuery query(m_db);
         query.setForwardOnly(true);
         if (!query.prepare(sql))
             throw QmError(QmError::DatabaseError,
                           QStringLiteral("%1 [%2]").arg(query.lastError().text(), sql));
-        m_entries.emplace_front(sql, std::move(query));
-        if (m_entries.size() > Capacity)
+        m_entries.push_front(Entry{sql, std::move(query), false, {}, {}});
+        m_index.insert(sql, m_entries.begin());
+        if (m_entries.size() > Capacity) {
+            m_index.remove(m_entries.back().sql);
             m_entries.pop_back();
-        return m_entries.front().second;
+        }
+        return m_entries.front();
     }
 
 private:
     static constexpr size_t Capacity = 48;
     QSqlDatabase m_db;
-    std::list<std::pair<QString, QSqlQuery>> m_entries; // most recent first
+    std::list<Entry> m_entries; // most recent first
+    QHash<QString, std::list<Entry>::iterator> m_index;
 };
 
 databaseControl::databaseControl() : m_connectionName(newConnectionName()) {}
@@ -231,7 +242,8 @@ int databaseControl::openRecordset(const QString& sql, int /*cursorType*/, int l
                               QStringLiteral("%1.rowid AS %2, ")
                                   .arg(quoteName(rs->table), QLatin1String(RowKeyAlias)));
     }
-    QSqlQuery& query = m_statements->get(translated.sql);
+    StatementCache::Entry& entry = m_statements->get(translated.sql);
+    QSqlQuery& query = entry.query;
     for (int i = 0; i < translated.parameters.size(); ++i)
         query.bindValue(i, translated.parameters[i]);
     if (!query.exec()) {
@@ -239,19 +251,28 @@ int databaseControl::openRecordset(const QString& sql, int /*cursorType*/, int l
         query.finish();
         fail(QStringLiteral("%1 [%2]").arg(error, sql));
     }
-    const QSqlRecord record = query.record();
     const int first = rs->editable ? 1 : 0;
-    for (int i = first; i < record.count(); ++i) {
-        const QSqlField field = record.field(i);
-        RecordsetColumn column;
-        column.name = field.name();
-        column.table = field.tableName();
-        column.yesNo = field.metaType().id() == QMetaType::Bool ||
-                       ClientDatabaseSchema::isYesNoColumn(column.name);
-        column.date = ClientDatabaseSchema::isDateColumn(column.name);
-        rs->columns.push_back(std::move(column));
+    if (!entry.described) {
+        const QSqlRecord record = query.record();
+        for (int i = first; i < record.count(); ++i) {
+            const QSqlField field = record.field(i);
+            RecordsetColumn column;
+            column.name = field.name();
+            column.table = field.tableName();
+            column.yesNo = field.metaType().id() == QMetaType::Bool ||
+                           ClientDatabaseSchema::isYesNoColumn(column.name);
+            column.date = ClientDatabaseSchema::isDateColumn(column.name);
+            rs->columns.push_back(std::move(column));
+        }
+        rs->buildColumnLookup();
+        entry.columns = rs->columns;
+        entry.lookup = rs->lookup;
+        entry.described = true;
+    } else {
+        rs->columns = entry.columns;
+        rs->lookup = entry.lookup;
     }
-    const int width = record.count();
+    const int width = int(rs->columns.size()) + first;
     while (query.next()) {
         std::vector<QVariant> row;
         row.reserve(size_t(width - first));
@@ -263,7 +284,6 @@ int databaseControl::openRecordset(const QString& sql, int /*cursorType*/, int l
     }
     // Release the read lock at once: the host may want to write.
     query.finish();
-    rs->buildColumnLookup();
     return store(std::move(rs));
 }
 
@@ -279,6 +299,7 @@ int databaseControl::filterRecordset(int handle, const QString& filter) {
     parsed.bind(source);
     auto rs = std::make_unique<Recordset>();
     rs->columns = source.columns;
+    rs->lookup = source.lookup;
     rs->table = source.table;
     for (int r = 0; r < source.rowCount(); ++r) {
         if (parsed.matches(source, r)) {
@@ -287,7 +308,6 @@ int databaseControl::filterRecordset(int handle, const QString& filter) {
                 rs->rowKeys.push_back(source.rowKeys[size_t(r)]);
         }
     }
-    rs->buildColumnLookup();
     return store(std::move(rs));
 }
 
