@@ -16,6 +16,8 @@ const std::vector<CommandEntry>& headlessCommands() {
         {"text", "text FILE", runTextCommand},
         {"convert", "convert IN OUT", runConvertCommand},
         {"spell", "spell FILE [--tolerance N] [--folder DIR]", runSpellCommand},
+        {"sample-db", "sample-db PATH [--clients N] [--seed S] [--date YYYY-MM-DD]", runSampleDbCommand},
+        {"install-sample", "install-sample", runInstallSampleCommand},
     };
     return table;
 }
