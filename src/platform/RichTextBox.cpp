@@ -131,7 +131,13 @@ void RichTextBox::setText(const QString& text) {
     QString normalised = text;
     normalised.replace(QLatin1String("\r\n"), QLatin1String("\n"));
     normalised.replace(QLatin1Char('\r'), QLatin1Char('\n'));
-    normalised.remove(QChar(u'\0'));
+    // As in RTF: controls (tab and line end aside) and the marks the model
+    // uses for its own structure are no text.
+    normalised.removeIf([](QChar ch) {
+        const char16_t c = ch.unicode();
+        return (c < 0x20 && c != u'\t' && c != u'\n') || c == 0xFEFF || c == 0xFFFC ||
+               (c >= 0xFDD0 && c <= 0xFDEF);
+    });
     d->cursor.insertText(normalised);
     d->afterReplace();
 }
