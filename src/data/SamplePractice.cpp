@@ -490,7 +490,7 @@ void Builder::businessClient(int index) {
         contacts.push_back(contact(p, c, name, companyID, false, {}));
     }
     const int defaultIndex = m_random.below(people);
-    const bool noDefault = m_random.chance(3); // a few companies need the repair
+    const bool noDefault = index % 25 == 3; // a few companies need the repair
     auto& link = into(QStringLiteral("ContactLinks"),
                       {QStringLiteral("ContactIDNum"), QStringLiteral("CompanyNum"),
                        QStringLiteral("CategoryNum"), QStringLiteral("ContactNum"),
@@ -587,8 +587,9 @@ void Builder::businessClient(int index) {
 
     // The client record and its satellites.
     const int clientID = m_nextClientDataID++;
-    const int status = m_random.chance(8) ? 2 : 1;
-    const bool shown = !m_random.chance(4);
+    // A few inactive and hidden clients in every practice of some size.
+    const int status = index % 12 == 5 || m_random.chance(3) ? 2 : 1;
+    const bool shown = index % 20 != 7 && !m_random.chance(2);
     into(QStringLiteral("ClientData"),
          {QStringLiteral("ClientDataID"), QStringLiteral("CompanyIDNum"),
           QStringLiteral("ActiveStatus"), QStringLiteral("ShowThisClient")})

@@ -1,0 +1,71 @@
+#include "data/modDatabaseConnection.h"
+
+#include "app/AppContext.h"
+#include "data/SamplePractice.h"
+#include "data/databaseControl.h"
+#include "platform/MsgboxClass.h"
+#include "support/TestEnvironment.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+struct ConnectionCase {
+    const char* name;
+    const char* file;    // relative path handed over; empty: none
+    QByteArray contents; // written when not null
+    bool sample;         // a sample practice at the path
+    bool connected;
+};
+
+class OpenCompaniesDatabaseTest : public ::testing::TestWithParam<ConnectionCase> {};
+
+TEST_P(OpenCompaniesDatabaseTest, ConnectsOrTellsTheUser) {
+    const ConnectionCase& c = GetParam();
+    TestEnvironment env;
+    ScopedAppContext context;
+    ScriptedMsgbox messages;
+    context->msgbox = &messages;
+    const QString path =
+        QString::fromLatin1(c.file).isEmpty() ? QString() : env.path(QString::fromLatin1(c.file));
+    if (c.sample) {
+        SamplePracticeOptions o;
+        o.clients = 2;
+        o.referenceDate = QDate(2024, 1, 1);
+        SamplePractice::write(path, o);
+    } else if (!c.contents.isNull()) {
+        writeTestFile(path, c.contents);
+    }
+    std::unique_ptr<databaseControl> db = openCompaniesDatabase(path);
+    ASSERT_NE(db, nullptr);
+    EXPECT_EQ(db->isConnected(), c.connected);
+    EXPECT_EQ(db->numberedSettings(), (std::vector<int>{2, 3, 2}));
+    if (c.connected) {
+        EXPECT_TRUE(messages.shown().empty());
+    } else {
+        ASSERT_EQ(messages.shown().size(), 1u);
+        EXPECT_EQ(messages.shown()[0].text,
+                  QStringLiteral("The Quillmere Pad was not able to access the companies database "
+                                 "and needs to close."));
+        EXPECT_EQ(messages.shown()[0].kind, MsgboxClass::KindFatal);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Files, OpenCompaniesDatabaseTest,
+    ::testing::Values(ConnectionCase{"Sample", "Data/Data.qmd", {}, true, true},
+                      ConnectionCase{"NoPath", "", {}, false, false},
+                      ConnectionCase{"Missing", "Data/Nope.qmd", {}, false, false},
+                      ConnectionCase{"Empty", "Data/Data.qmd", QByteArray(""), false, false},
+                      ConnectionCase{"Text", "Data/Data.qmd", QByteArray("hello\r\n"), false,
+                                     false}),
+    [](const auto& p) { return std::string(p.param.name); });
+
+TEST(OpenCompaniesDatabaseWithoutMessages, StaysQuiet) {
+    ScopedAppContext context;
+    std::unique_ptr<databaseControl> db =
+        openCompaniesDatabase(QStringLiteral("/nonexistent/Data.qmd"));
+    EXPECT_FALSE(db->isConnected());
+}
+
+} // namespace
