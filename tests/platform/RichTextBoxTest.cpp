@@ -48,7 +48,7 @@ INSTANTIATE_TEST_SUITE_P(
         SelectionCase{"StartBeyondEndClamps", 99, 5, 18, 0, QString()},
         SelectionCase{"LengthBeyondEndClamps", 15, 50, 15, 3, QStringLiteral("mma")},
         SelectionCase{"NegativeStartClamps", -4, 2, 0, 2, QStringLiteral("al")}),
-    [](const auto& info) { return std::string(info.param.name); });
+    [](const auto& p) { return std::string(p.param.name); });
 
 TEST(RichTextBox, TextUsesCrLfAndLengthCountsThem) {
     RichTextBox box;
@@ -232,7 +232,7 @@ INSTANTIATE_TEST_SUITE_P(
         FindCase{"EndBeforeMatchFindsNothing", QStringLiteral("concat"), 0, 25, 0, -1},
         FindCase{"AcrossLineEnd", QStringLiteral("cat\r\ncat"), 0, -1, 0, 4},
         FindCase{"Missing", QStringLiteral("dog"), 0, -1, 0, -1}),
-    [](const auto& info) { return std::string(info.param.name); });
+    [](const auto& p) { return std::string(p.param.name); });
 
 TEST(RichTextBox, FindSelectsUnlessNoHighlight) {
     RichTextBox box;

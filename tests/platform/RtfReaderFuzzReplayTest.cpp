@@ -69,7 +69,7 @@ INSTANTIATE_TEST_SUITE_P(
         HostileCase{"OnlyHeader", QByteArray("{\\rtf")},
         HostileCase{"BackslashAtEnd", QByteArray("{\\rtf1 x\\")},
         HostileCase{"TrailingGarbageAfterClose", QByteArray("{\\rtf1 x}\xff\xfe{{{{\\bin9999")}),
-    [](const auto& info) { return std::string(info.param.name); });
+    [](const auto& p) { return std::string(p.param.name); });
 
 TEST(RtfReaderFuzzReplay, LargeFileReadsWhole) {
     // Five megabytes of paragraphs: read in bounded time and memory.

@@ -91,7 +91,7 @@ INSTANTIATE_TEST_SUITE_P(
         TextCase{"BrokenHexYieldsNothing", "a\\'zzb", QStringLiteral("azzb")},
         TextCase{"ExtraClosingBraceEndsDocument", "a}b", QStringLiteral("a")},
         TextCase{"BinSkipsItsData", "a{\\*\\blob\\bin3 {}x}b", QStringLiteral("ab")}),
-    [](const auto& info) { return std::string(info.param.name); });
+    [](const auto& p) { return std::string(p.param.name); });
 
 TEST(RtfReader, TrailerBehindTheRtfNeverReachesTheText) {
     const QString withTrailer =
@@ -239,7 +239,8 @@ TEST(RtfReader, PngPictureBecomesAnImageOfItsGoalSize) {
     image.save(&buffer, "PNG");
     QTextDocument document;
     RtfReader::read(
-        rtf(("a{\\pict\\pngblip\\picw4\\pich2\\picwgoal600\\pichgoal300 " + png.toHex() + "}b")
+        rtf(QByteArray(QByteArray("a{\\pict\\pngblip\\picw4\\pich2\\picwgoal600\\pichgoal300 ") +
+                       png.toHex() + "}b")
                 .constData()),
         document);
     QTextCursor cursor(&document);
@@ -324,8 +325,8 @@ INSTANTIATE_TEST_SUITE_P(Corpus, RtfCorpusTest,
                          ::testing::Values(QStringLiteral("lo-letter"), QStringLiteral("lo-plain"),
                                            QStringLiteral("pandoc-doc"),
                                            QStringLiteral("hand-edge")),
-                         [](const auto& info) {
-                             return info.param.toStdString().erase(info.param.indexOf('-'), 1);
+                         [](const auto& p) {
+                             return p.param.toStdString().erase(p.param.indexOf('-'), 1);
                          });
 
 } // namespace

@@ -53,7 +53,7 @@ INSTANTIATE_TEST_SUITE_P(
                       EscapeCase{"LatinLetters", QStringLiteral("caf\u00E9 \u00FC"),
                                  "caf\\'e9 \\'fc"},
                       EscapeCase{"NoBreakSpace", QStringLiteral("a\u00A0b"), "a\\~b"}),
-    [](const auto& info) { return std::string(info.param.name); });
+    [](const auto& p) { return std::string(p.param.name); });
 
 TEST(RtfWriter, HeaderIsTheControlsDialect) {
     const QString rtf = writtenText(QStringLiteral("x"));
@@ -210,7 +210,7 @@ INSTANTIATE_TEST_SUITE_P(
         RoundTripCase{"TableAtEnd",
                       QStringLiteral("{\\rtf1\\trowd\\cellx1000\\intbl a\\cell\\row}")},
         RoundTripCase{"Picture", pngPictureRtf()}),
-    [](const auto& info) { return std::string(info.param.name); });
+    [](const auto& p) { return std::string(p.param.name); });
 
 TEST(RtfWriter, TablesAreWrittenAsRows) {
     RichTextBox box;
