@@ -3,8 +3,10 @@
 #include "app/AppContext.h"
 #include "platform/MsgboxClass.h"
 #include "platform/ProgressReporter.h"
+#include "platform/RichTextBox.h"
 #include "platform/errorClass.h"
 #include "platform/fileControl.h"
+#include "spell/RichTextSpellText.h"
 #include "spell/SpellCheckSession.h"
 #include "spell/modSpellMDBResource.h"
 
@@ -89,4 +91,24 @@ void clsSpellCheck::openSpellCheckForm(const DialogRunner& showDialog) {
     } else if (MsgboxClass* box = messages()) {
         box->showMessage(QStringLiteral("There are no spelling errors"));
     }
+}
+
+void spellCheckPage(RichTextBox& page, const QString& templatesFolder,
+                    const clsSpellCheck::DialogRunner& showDialog, QObject* owner) {
+    if (app().isCreatingDocument) {
+        return;
+    }
+    const int caret = page.SelStart();
+    RichTextSpellText text(page);
+    clsSpellCheck spell;
+    spell.setErrorClass(app().errors);
+    spell.setMsgboxClass(app().msgbox);
+    spell.setMDIForm(owner);
+    spell.setRTB(&text);
+    spell.setAppName(QStringLiteral("Quillmere Pad"));
+    spell.setAppFolder(templatesFolder);
+    spell.setSelectErrors(true);
+    spell.startSpellCheck(showDialog);
+    page.setSelStart(caret);
+    page.setSelLength(0);
 }

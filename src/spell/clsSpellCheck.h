@@ -8,6 +8,7 @@
 class errorClass;
 class MsgboxClass;
 class QObject;
+class RichTextBox;
 class SpellCheckSession;
 class SpellTextTarget;
 
@@ -116,3 +117,11 @@ private:
     bool m_animationOpen = false;
     SpellWordDatabase m_words;
 };
+
+// The spell-check command on one page: checks `page` against the list in
+// `templatesFolder` with the settings of the menu command (selecting each
+// error as it comes up), shows the dialog through `showDialog`, and puts the
+// caret back at the position it had, whatever changed before it. Does
+// nothing while a document is being created.
+void spellCheckPage(RichTextBox& page, const QString& templatesFolder,
+                    const clsSpellCheck::DialogRunner& showDialog, QObject* owner = nullptr);

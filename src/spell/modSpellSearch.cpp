@@ -210,6 +210,12 @@ void Word_Suggest(SpellWordDatabase& database, const QString& word, int mode,
     if (word.isEmpty()) {
         return;
     }
+    // Every candidate has the word's length; past the longest word of the
+    // list none can be found, and a pasted run of 10,000 characters would
+    // otherwise cost millions of look-ups.
+    if (database.isLoaded() && size_t(word.size()) > database.WordArray().maxWordLength()) {
+        return;
+    }
     const QString lowered = word.toLower();
     if (mode == 0 || mode == 2) {
         suggestOneMode(database, lowered, 0, suggestions);

@@ -4,6 +4,7 @@
 #include "app/AppContext.h"
 #include "platform/MsgboxClass.h"
 #include "platform/ProgressReporter.h"
+#include "platform/RichTextBox.h"
 #include "spell/SpellCheckSession.h"
 #include "spell/SpellTextTarget.h"
 #include "spell/modSpellMDBResource.h"
@@ -152,4 +153,33 @@ TEST_F(clsSpellCheckTest, FailedStartShowsNoDialog) {
     EXPECT_TRUE(m_spell.FailedToInitializeFlag());
     EXPECT_EQ(m_messages.texts(), QStringList{kNoAccess});
     EXPECT_TRUE(m_progress.ended());
+}
+
+TEST_F(clsSpellCheckTest, PageCheckCorrectsTheControlAndRestoresTheCaret) {
+    RichTextBox page;
+    page.setText(QStringLiteral("We have recieved the invoice.\r\nThe acount is paid."));
+    page.setSelStart(40);
+    QStringList seen;
+    spellCheckPage(page, m_folder, [&](SpellCheckSession& dialog) {
+        while (!dialog.finished()) {
+            seen << dialog.targetWord();
+            // The menu command selects each error as it comes up.
+            EXPECT_EQ(page.SelText(), dialog.targetWord());
+            dialog.clickButton(SpellCheckSession::Replace);
+        }
+    });
+    EXPECT_EQ(seen, QStringList({"recieved", "acount"}));
+    EXPECT_EQ(page.Text(), QStringLiteral("We have received the invoice.\r\nThe amount is paid."));
+    // The caret returns to where it was.
+    EXPECT_EQ(page.SelStart(), 40);
+    page.setSelStart(8);
+    page.setSelLength(8);
+    EXPECT_EQ(page.SelColor(), QColor(0, 0, 255));
+    EXPECT_EQ(m_messages.texts(), QStringList{"Spell check complete"});
+
+    m_context->isCreatingDocument = true;
+    bool called = false;
+    page.setText(QStringLiteral("teh"));
+    spellCheckPage(page, m_folder, [&](SpellCheckSession&) { called = true; });
+    EXPECT_FALSE(called);
 }
