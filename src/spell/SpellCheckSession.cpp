@@ -1,9 +1,9 @@
 #include "spell/SpellCheckSession.h"
 
 #include "app/AppContext.h"
+#include "platform/CodePage1252.h"
 #include "platform/MsgboxClass.h"
 #include "platform/errorClass.h"
-#include "spell/SpellCodePage.h"
 #include "spell/SpellTextTarget.h"
 #include "spell/clsSpellCheck.h"
 #include "spell/modSpellSearch.h"
@@ -394,7 +394,7 @@ QString SpellCheckSession::highlightRtf(const QString& markedText) {
             body += c;
         } else if (c.unicode() < 0x80) {
             body += c;
-        } else if (const auto byte = SpellCodePage::fromUnicode(c)) {
+        } else if (const auto byte = CodePage1252::fromUnicode(c)) {
             body += QStringLiteral("\\'%1").arg(int(*byte), 2, 16, QLatin1Char('0'));
         } else {
             body += QStringLiteral("\\u%1?").arg(int(qint16(c.unicode())));

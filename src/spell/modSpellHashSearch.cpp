@@ -1,9 +1,9 @@
 #include "spell/modSpellHashSearch.h"
 
 #include "app/AppContext.h"
+#include "platform/CodePage1252.h"
 #include "platform/errorClass.h"
 #include "platform/fileControl.h"
-#include "spell/SpellCodePage.h"
 #include "spell/modSpellWordList.h"
 
 #include <QtEndian>
@@ -47,7 +47,7 @@ template <typename Use> auto withCodePageBytes(const QString& text, bool strict,
     }
     bool complete = true;
     for (qsizetype i = 0; i < text.size(); ++i) {
-        const auto byte = SpellCodePage::fromUnicode(text.at(i));
+        const auto byte = CodePage1252::fromUnicode(text.at(i));
         complete = complete && byte.has_value();
         out[i] = byte ? char(*byte) : '?';
     }
@@ -76,7 +76,7 @@ SpellWordArray SpellWordArray::fromListText(QByteArray text) {
 SpellWordArray SpellWordArray::fromWords(const QStringList& words) {
     QByteArray text;
     for (const QString& word : words) {
-        text += SpellCodePage::encode(word);
+        text += CodePage1252::encode(word);
         text += "\r\n";
     }
     return fromListText(std::move(text));
@@ -84,7 +84,7 @@ SpellWordArray SpellWordArray::fromWords(const QStringList& words) {
 
 QString SpellWordArray::wordAt(qsizetype index) const {
     const std::string_view word = at(index);
-    return SpellCodePage::decode(QByteArray(word.data(), qsizetype(word.size())));
+    return CodePage1252::decode(QByteArray(word.data(), qsizetype(word.size())));
 }
 
 std::int32_t GetFastXorHash(std::string_view text, int length) {
@@ -206,7 +206,7 @@ void SpellWordDatabase::Database_Add(const QString& word) {
         throw QmError(QmError::BadFileNameOrNumber, QStringLiteral("Bad file name or number"));
     }
     QStringList lines =
-        SpellCodePage::decode(Database_Extract(m_databaseFile)).split(QStringLiteral("\r\n"));
+        CodePage1252::decode(Database_Extract(m_databaseFile)).split(QStringLiteral("\r\n"));
     m_arrayStarted = true;
     AddToStringArray(lines, word, -1, m_arrayStarted);
     TriQuickSortString(lines);
@@ -215,7 +215,7 @@ void SpellWordDatabase::Database_Add(const QString& word) {
     out.reserve(fileControl::FileSize(m_databaseFile) + word.size() + 2);
     for (const QString& line : lines) {
         if (!line.isEmpty()) {
-            out += SpellCodePage::encode(line);
+            out += CodePage1252::encode(line);
             out += "\r\n";
         }
     }

@@ -1,9 +1,9 @@
 #include "spell/modSpellSearch.h"
 
 #include "app/AppContext.h"
+#include "platform/CodePage1252.h"
 #include "platform/errorClass.h"
 #include "spell/ShellStringCompare.h"
-#include "spell/SpellCodePage.h"
 #include "spell/SpellTextTarget.h"
 #include "spell/modSpellHashSearch.h"
 
@@ -28,7 +28,7 @@ QString wordForm(const QString& candidate) {
 bool lowerCodePageBytes(QStringView word, std::string& out) {
     out.resize(size_t(word.size()));
     for (qsizetype i = 0; i < word.size(); ++i) {
-        const auto byte = SpellCodePage::fromUnicode(word.at(i).toLower());
+        const auto byte = CodePage1252::fromUnicode(word.at(i).toLower());
         if (!byte) {
             return false;
         }
@@ -38,7 +38,7 @@ bool lowerCodePageBytes(QStringView word, std::string& out) {
 }
 
 QString fromCodePage(const std::string& bytes) {
-    return SpellCodePage::decode(QByteArray(bytes.data(), qsizetype(bytes.size())));
+    return CodePage1252::decode(QByteArray(bytes.data(), qsizetype(bytes.size())));
 }
 
 bool isKnown(SpellWordDatabase& database, const std::string& candidate) {
