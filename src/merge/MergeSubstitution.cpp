@@ -226,6 +226,18 @@ const MergeSubstitution::Analysis* MergeSubstitution::analysisFor(const QString&
     return m_analysis.get();
 }
 
+QStringList MergeSubstitution::lookedUpNames(const QString& text, const FieldTable& table,
+                                             quint64 tableGeneration, bool contactForCompany) {
+    const Analysis& a = *analysisFor(text, table, tableGeneration);
+    QStringList names;
+    for (const Analysis::Action& action : a.actions[contactForCompany ? 1 : 0]) {
+        if (!action.todaysDate) {
+            names << action.name;
+        }
+    }
+    return names;
+}
+
 bool MergeSubstitution::substitute(const QString& text, const FieldTable& table,
                                    quint64 tableGeneration, bool contactForCompany,
                                    PlaceholderValues& values, QString& result,

@@ -71,6 +71,11 @@ public:
                     bool contactForCompany, PlaceholderValues& values, QString& result,
                     QStringList* emptyPlaceholders = nullptr);
 
+    // The catalogue names whose placeholders the substitution of this text
+    // will look up, in lookup order (Todays Date left out).
+    QStringList lookedUpNames(const QString& text, const FieldTable& table, quint64 tableGeneration,
+                              bool contactForCompany);
+
     // Drops the cached analysis.
     void reset();
 

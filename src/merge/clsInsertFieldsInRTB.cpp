@@ -139,6 +139,8 @@ void clsInsertFieldsInRTB::beginBuild(bool noList, bool clearList) {
         m_list->clear();
     }
     m_table.clear();
+    m_columns.clear();
+    m_chosenNames.clear();
     m_counter = 0;
     ++m_generation;
     m_substitution.reset();

@@ -137,10 +137,11 @@ private:
         Dockets
     };
     struct RecordsetState {
-        bool open = false;  // opened by initializeDataRecordsets or a read
-        int singleID = -1;  // >= 0: the set holds that record only
-        int cachedKey = -2; // the key of the row read last
-        int handle = -1;    // database handle of the row read last
+        bool open = false;         // opened by initializeDataRecordsets or a read
+        int singleID = -1;         // >= 0: the set holds that record only
+        int cachedKey = -2;        // the key of the row read last
+        quint64 cachedColumns = 0; // the column choice the row was read with
+        int handle = -1;           // database handle of the row read last
         bool found = false;
     };
 
@@ -164,6 +165,7 @@ private:
     bool seek(Source source, int key);
     QVariant column(Source source, const QString& name);
     QString sqlFor(Source source, int key) const;
+    QString sqlForColumns(Source source, int key, const QStringList& columns) const;
     bool resolveRow(const QString& englishName, QString& dbColumn, QString& dataTable);
     std::optional<Source> sourceFor(const QString& dataTable, int companyID, int contactID,
                                     int scheduleID, int firmID, int appointmentID, int docketID,
@@ -193,4 +195,11 @@ private:
     int m_currentContactID = -1;
     int m_currentAppointmentID = -1;
     std::map<Source, RecordsetState> m_sets;
+    // While a record is substituted: the columns each source must give, so
+    // that a read fetches those and not whole rows. Empty: every column.
+    std::map<Source, QStringList> m_columns;
+    quint64 m_columnsGeneration = 0;
+    QStringList m_chosenNames;
+    bool m_columnsActive = false;
+    void chooseColumns(const QStringList& names);
 };

@@ -1,4 +1,5 @@
 #include "app/AppContext.h"
+#include "data/ClientDatabaseSchema.h"
 #include "data/databaseControl.h"
 #include "merge/MergeLookups.h"
 #include "merge/clsInsertFieldsInRTB.h"
@@ -222,6 +223,116 @@ QString clsInsertFieldsInRTB::sqlFor(Source source, int key) const {
     return QString();
 }
 
+namespace {
+
+struct SourceTables {
+    const char* keyColumn;
+    std::vector<const char*> tables; // in the order of the SELECT list
+};
+
+SourceTables tablesOf(int source, int country) {
+    switch (source) {
+    case 0:
+        return {"CompanyID", {"Companies"}};
+    case 1:
+        return {"ContactID", {"Contacts"}};
+    case 2:
+        return {"CompanyID", {"AccountantFirmInfo"}};
+    case 3:
+        if (country == 1) {
+            return {"CompanyID",
+                    {"AccountingServices", "ClientData", "ClientOptions", "Companies",
+                     "CorpTaxInfo", "LawInfo", "OtherInfo", "SoftwareInfo", "WSIB_EHTInfo",
+                     "CompaniesNotes"}};
+        }
+        return {"CompanyID",
+                {"AccountingServices", "ClientData", "ClientOptions", "Companies", "ClientUSInfo",
+                 "SoftwareInfo", "CompaniesNotes"}};
+    case 4:
+        return {"ScheduleID", {"Schedule"}};
+    case 5:
+        return {"TaskID", {"Tasks"}};
+    case 6:
+        return {"AppointmentID", {"Appointments"}};
+    default:
+        return {"DocketID", {"Dockets"}};
+    }
+}
+
+} // namespace
+
+QString clsInsertFieldsInRTB::sqlForColumns(Source source, int key,
+                                            const QStringList& columns) const {
+    const SourceTables info = tablesOf(int(source), app().currentCountry);
+    const QString first = QString::fromLatin1(info.tables.front());
+    const QString keyColumn = QString::fromLatin1(info.keyColumn);
+    const QString keyTable = source == Source::Business ? QStringLiteral("Companies") : first;
+    QStringList select{keyTable + QLatin1Char('.') + keyColumn};
+    for (const QString& column : columns) {
+        // The first table of the SELECT list that has the column, as a
+        // whole-row read would find it.
+        for (const char* table : info.tables) {
+            const QString name = QString::fromLatin1(table);
+            if (ClientDatabaseSchema::columnNames(name).contains(column, Qt::CaseInsensitive)) {
+                select << name + QLatin1Char('.') + column;
+                break;
+            }
+        }
+    }
+    QString whole = sqlFor(source, key);
+    const qsizetype from = whole.indexOf(QStringLiteral(" From "), 0, Qt::CaseInsensitive);
+    const qsizetype fromJoin = whole.indexOf(QStringLiteral("FROM ("), 0, Qt::CaseSensitive);
+    const qsizetype at = source == Source::Business ? fromJoin : from + 1;
+    return QStringLiteral("SELECT ") + select.join(QStringLiteral(", ")) + QLatin1Char(' ') +
+           whole.mid(at);
+}
+
+void clsInsertFieldsInRTB::chooseColumns(const QStringList& names) {
+    m_columns.clear();
+    ++m_columnsGeneration;
+    std::map<QString, Source> byTable = {{QStringLiteral("CompanyInfo"), Source::Companies},
+                                         {QStringLiteral("ContactInfo"), Source::Contacts},
+                                         {QStringLiteral("ClientInfo"), Source::Business},
+                                         {QStringLiteral("AccountantInfo"), Source::Firm},
+                                         {QStringLiteral("AppointInfo"), Source::Appointments},
+                                         {QStringLiteral("DocketInfo"), Source::Dockets}};
+    for (Source s : {Source::Companies, Source::Contacts, Source::Business, Source::Firm,
+                     Source::Appointments, Source::Dockets}) {
+        m_columns[s];
+    }
+    // What the computed and inherited values read besides their own column.
+    m_columns[Source::Companies] << QStringLiteral("Province") << QStringLiteral("Address")
+                                 << QStringLiteral("City") << QStringLiteral("PostalCode")
+                                 << QStringLiteral("Country") << QStringLiteral("OfficeNumber")
+                                 << QStringLiteral("FaxNumber");
+    m_columns[Source::Contacts] << QStringLiteral("InheritCompanyInfo")
+                                << QStringLiteral("FirstName") << QStringLiteral("LastName")
+                                << QStringLiteral("DisplayName")
+                                << QStringLiteral("SpouseFirstName")
+                                << QStringLiteral("SpouseLastName");
+    for (const QString& name : names) {
+        for (int row = 1; row <= m_table.rowCount(); ++row) {
+            if (m_table.value(row, EnglishName) != name) {
+                continue;
+            }
+            const QString table = m_table.value(row, DataTable);
+            QString column = m_table.value(row, DbColumn);
+            column.remove(QStringLiteral("Abbreviated"), Qt::CaseInsensitive);
+            const auto it = byTable.find(table);
+            if (it != byTable.end()) {
+                m_columns[it->second] << column;
+            } else {
+                // Tasks and schedules are read whole.
+                m_columns.erase(Source::Schedule);
+                m_columns.erase(Source::Tasks);
+            }
+        }
+    }
+    for (auto& [source, columns] : m_columns) {
+        columns.removeDuplicates();
+    }
+}
+
 bool clsInsertFieldsInRTB::seek(Source source, int key) {
     databaseControl* db = connectedDatabase();
     if (!db) {
@@ -232,7 +343,9 @@ bool clsInsertFieldsInRTB::seek(Source source, int key) {
         st.open = true;
         st.singleID = -1;
     }
-    if (st.cachedKey == key) {
+    const auto chosen = m_columnsActive ? m_columns.find(source) : m_columns.end();
+    const quint64 columnsGeneration = chosen == m_columns.end() ? 0 : m_columnsGeneration;
+    if (st.cachedKey == key && st.cachedColumns == columnsGeneration) {
         return st.found;
     }
     if (st.handle >= 0) {
@@ -240,11 +353,14 @@ bool clsInsertFieldsInRTB::seek(Source source, int key) {
         st.handle = -1;
     }
     st.cachedKey = key;
+    st.cachedColumns = columnsGeneration;
     st.found = false;
     if (st.singleID >= 0 && st.singleID != key) {
         return false;
     }
-    st.handle = db->openRecordset(sqlFor(source, key));
+    st.handle =
+        db->openRecordset(chosen == m_columns.end() ? sqlFor(source, key)
+                                                    : sqlForColumns(source, key, chosen->second));
     st.found = db->hasRecords(st.handle);
     return st.found;
 }

@@ -71,9 +71,23 @@ QString clsInsertFieldsInRTB::parseRTBComment(const QString& text, int companyID
     RecordValues values(*this, companyID, contactID, scheduleID, firmID, appointmentID, docketID,
                         taskID, useSamples, inRTF);
     if (inRTF && m_fastSubstitution) {
+        // Reads fetch only the columns this template asks for.
+        const QStringList names =
+            m_substitution.lookedUpNames(text, m_table, m_generation, contactForCompany);
+        if (names != m_chosenNames || m_columns.empty()) {
+            chooseColumns(names);
+            m_chosenNames = names;
+        }
         QString result;
-        m_substitution.substitute(text, m_table, m_generation, contactForCompany, values, result,
-                                  &m_emptyPlaceholders);
+        m_columnsActive = true;
+        try {
+            m_substitution.substitute(text, m_table, m_generation, contactForCompany, values,
+                                      result, &m_emptyPlaceholders);
+        } catch (...) {
+            m_columnsActive = false;
+            throw;
+        }
+        m_columnsActive = false;
         return result;
     }
     return literalParse(text, inRTF, contactForCompany, values);
