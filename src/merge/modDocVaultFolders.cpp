@@ -36,12 +36,15 @@ QString clientFolder(const QString& keyColumn, int id, const QString& subfolder,
         return QString();
     }
     const QString base = vaultRoot(root);
+    // The client's own row, read by its key rather than the whole table.
     const int rs = db->openRecordset(
-        QStringLiteral("SELECT ClientDocumentStorage.* FROM ClientDocumentStorage;"),
+        QStringLiteral("SELECT ClientDocumentStorage.* FROM ClientDocumentStorage WHERE "
+                       "ClientDocumentStorage.") +
+            keyColumn + QStringLiteral(" = ") + QString::number(id) + QLatin1Char(';'),
         databaseControl::KeysetCursor, databaseControl::OptimisticLock);
     QString result;
     try {
-        const bool found = db->hasRecords(rs) && db->findRows(rs, keyColumn, QString::number(id));
+        const bool found = db->hasRecords(rs);
         if (found) {
             const QVariant stored = db->getField(rs, QStringLiteral("FolderPath"));
             if (!stringControl::isBlank(stored)) {
