@@ -1,0 +1,128 @@
+#include "app/AppContext.h"
+#include "app/Commands.h"
+#include "merge/MergeTestDatabase.h"
+#include "platform/fileControl.h"
+#include "support/TestEnvironment.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+struct CommandRun {
+    int status = 0;
+    QString out;
+    QString err;
+};
+
+CommandRun run(CommandHandler handler, const QStringList& args) {
+    CommandRun r;
+    QTextStream out(&r.out);
+    QTextStream err(&r.err);
+    CommandIO io{out, err};
+    r.status = handler(args, io);
+    out.flush();
+    err.flush();
+    return r;
+}
+
+class MergeCommandsTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        database = env.path("practice.qmd");
+        // The fixture database lives only while it is filled; the commands
+        // open the file themselves.
+        MergeTestDatabase db(database);
+        db.fillStandardPractice();
+    }
+    TestEnvironment env;
+    QString database;
+    const QString letter = testDataPath("merge/Merge Template - Year End Letter.qmb");
+};
+
+TEST_F(MergeCommandsTest, CheckReportsTheFirstFaultOrNone) {
+    const struct {
+        const char* name;
+        QStringList args;
+        int status;
+        const char* out;
+    } cases[] = {
+        {"Clean",
+         {letter, "--database", database},
+         0,
+         "There are no merge errors in this document.\n"},
+        // The regional rewrite on opening reaches only raw guillemets, not the
+        // escapes of RTF text: in Quebec «WSIB Number» stays and is unknown.
+        {"Quebec",
+         {letter, "--province", "8"},
+         1,
+         "The Quillmere Pad did not recognize: \u00ABWSIB Number\u00BB as a valid placeholder "
+         "field name.\n"},
+        {"BadFormat",
+         {testDataPath("merge/bad-format.qmb")},
+         1,
+         "The date format of: 'MMMM D YYYY' is not valid.  Please see help for valid date "
+         "formats.\n"},
+    };
+    for (const auto& c : cases) {
+        const CommandRun r = run(runCheckCommand, c.args);
+        EXPECT_EQ(r.status, c.status) << c.name << r.err.toStdString();
+        EXPECT_EQ(r.out, QString::fromUtf8(c.out)) << c.name;
+    }
+    EXPECT_EQ(run(runCheckCommand, {env.path("missing.qmb")}).status, 2);
+    const CommandRun notRtf = run(runCheckCommand, {testDataPath("merge/not-rtf.qmb")});
+    EXPECT_EQ(notRtf.status, 2);
+    EXPECT_EQ(notRtf.err, "This is not a valid Quillmere Pad file.  Try opening this file as a "
+                          "text file.\n");
+    EXPECT_EQ(run(runCheckCommand, {}).status, 2);
+}
+
+TEST_F(MergeCommandsTest, MergeFilesEachRecipientAndPrintsWhereTo) {
+    const QString root = env.root() + "/vault";
+    const CommandRun r =
+        run(runMergeCommand, {letter, "--database", database, "--out", root, "--ids",
+                              "20:,10:100,x:102", "--today", "2024-03-05", "--report"});
+    ASSERT_EQ(r.status, 0) << r.err.toStdString();
+    const QString file = "Mar 5 2024 - Year End Letter.qmw";
+    EXPECT_EQ(r.out, "Information\t" + root + "/Personal Tax Clients/Solo Person/" + file +
+                         "\n\tempty:\tCompany Name, City, (Year End Date, mmmm d yyyy), WSIB "
+                         "Number\n"
+                         "Acme Widgets\t" +
+                         root + "/Acme Widgets/" + file +
+                         "\n\tempty:\tWSIB Number\n"
+                         "Beta {Braces} \\Back\t" +
+                         root + "/Beta {Braces} _Back/" + file +
+                         "\n\tempty:\tCity, Contact Display Name, (Year End Date, mmmm d "
+                         "yyyy), WSIB Number\n");
+    const QByteArray acme = *fileControl::readWholeFile(root + "/Acme Widgets/" + file);
+    EXPECT_TRUE(acme.contains("Dear \\b Jo Smith\\b0 ,")) << acme.constData();
+    EXPECT_TRUE(acme.contains("year end is March 31 2024")) << acme.constData();
+    EXPECT_TRUE(acme.contains("Today 05/03/24, Smith & Associates")) << acme.constData();
+    EXPECT_TRUE(acme.contains("{\\QMDocumentType \\val 4}"));
+
+    const CommandRun all = run(
+        runMergeCommand, {letter, "--database", database, "--out", root, "--all", "--type", "3"});
+    ASSERT_EQ(all.status, 0) << all.err.toStdString();
+    EXPECT_EQ(all.out.count('\n'), 2) << all.out.toStdString();
+    EXPECT_TRUE(all.out.startsWith("Jo Smith\t"));
+}
+
+TEST_F(MergeCommandsTest, MergeRefusesBadUsage) {
+    const QString root = env.root() + "/vault";
+    const QList<QStringList> bad = {
+        {letter, "--database", database, "--out", root},
+        {letter, "--database", database, "--out", root, "--ids", "1", "--all"},
+        {letter, "--out", root, "--all"},
+        {letter, "--database", env.path("nothing.qmd"), "--out", root, "--all"},
+        {letter, "--database", database, "--out", root, "--all", "--today", "5/3/2024"},
+        {env.path("missing.qmb"), "--database", database, "--out", root, "--all"},
+        {letter, "--database", database, "--out", root, "--all", "--type", "7"},
+    };
+    for (const QStringList& args : bad) {
+        const CommandRun r = run(runMergeCommand, args);
+        EXPECT_EQ(r.status, 2) << args.join(' ').toStdString();
+        EXPECT_FALSE(r.err.isEmpty());
+        EXPECT_TRUE(r.out.isEmpty());
+    }
+}
+
+} // namespace
