@@ -10,16 +10,6 @@ namespace {
 
 const QString kCrLf = QStringLiteral("\r\n");
 
-// 1-based position of `what` in `text` from 1-based `start`, ignoring case;
-// 0 when absent.
-qsizetype inStr(qsizetype start, const QString& text, const QString& what) {
-    if (start < 1) {
-        start = 1;
-    }
-    const qsizetype at = text.indexOf(what, start - 1, Qt::CaseInsensitive);
-    return at < 0 ? 0 : at + 1;
-}
-
 QString guillemets(const QString& name) {
     return MergeSyntax::kOpen + name + MergeSyntax::kClose;
 }
@@ -157,9 +147,16 @@ bool clsInsertFieldsInRTB::testRTBComment(const QString& text, bool inRTF, bool 
     const qsizetype tokenLength = openToken.size();
 
     m_lastTestMessage.clear();
-    QString work = text;
-    qsizetype open = inStr(1, work, openToken);
-    qsizetype close = inStr(1, work, closeToken);
+    // The text not yet examined is text[base...]; positions are 1-based
+    // within it, 0 when absent. (Walking an offset instead of copying the
+    // rest keeps a long template linear.)
+    qsizetype base = 0;
+    auto find = [&](qsizetype start, const QString& token) -> qsizetype {
+        const qsizetype at = text.indexOf(token, base + start - 1, Qt::CaseInsensitive);
+        return at < 0 ? 0 : at - base + 1;
+    };
+    qsizetype open = find(1, openToken);
+    qsizetype close = find(1, closeToken);
     bool fault = false;
     QString message;
     if (close < open) {
@@ -167,9 +164,9 @@ bool clsInsertFieldsInRTB::testRTBComment(const QString& text, bool inRTF, bool 
         message = missingOpening;
     }
     while (open >= 1 && !fault) {
-        const qsizetype closing = inStr(open, work, closeToken);
-        const QString body = work.mid(open - 1 + tokenLength, closing - open - tokenLength);
-        work = work.mid(closing - 1 + tokenLength);
+        const qsizetype closing = find(open, closeToken);
+        const QString body = text.mid(base + open - 1 + tokenLength, closing - open - tokenLength);
+        base += closing - 1 + tokenLength;
 
         QString name = body;
         if (body.startsWith(QLatin1Char('('))) {
@@ -210,8 +207,8 @@ bool clsInsertFieldsInRTB::testRTBComment(const QString& text, bool inRTF, bool 
             message = QStringLiteral("The Quillmere Pad did not recognize: \u00AB") + name +
                       QStringLiteral("\u00BB as a valid placeholder field name.");
         }
-        open = inStr(1, work, openToken);
-        close = inStr(1, work, closeToken);
+        open = find(1, openToken);
+        close = find(1, closeToken);
         if (!fault && close < open) {
             fault = true;
             message = missingOpening;
