@@ -1,0 +1,256 @@
+#include "search/clsSearchAppointments.h"
+
+#include "app/AppContext.h"
+#include "data/databaseControl.h"
+#include "data/modDatabaseFunctions.h"
+#include "platform/VBFormat.h"
+#include "platform/errorClass.h"
+#include "platform/stringControl.h"
+#include "search/SearchCriteriaText.h"
+
+namespace {
+
+// Format of a time text: a text that is no time of day comes back as it
+// stands, as the old runtime's Format did, and then fails where it is used.
+QString formatTime(const QString& text, const QString& format) {
+    const auto moment = VBFormat::toDateTime(text);
+    return moment ? VBFormat::formatDate(*moment, format) : text;
+}
+
+QString longDate(const QDate& date) {
+    return VBFormat::formatDate(date, QStringLiteral("mmmm d, yyyy"));
+}
+
+// The four comparisons of a date or time criterion.
+QString rangeClause(const QString& column, qint16 match, const QString& first,
+                    const QString& second) {
+    switch (match) {
+    case 3:
+        return column + QStringLiteral(" = #") + first + u'#';
+    case 1:
+        return column + QStringLiteral(" >= #") + first + u'#';
+    case 2:
+        return column + QStringLiteral(" <= #") + first + u'#';
+    case 4:
+        return column + QStringLiteral(" >= #") + first + QStringLiteral("# AND ") + column +
+               QStringLiteral(" <= #") + second + u'#';
+    default:
+        return {};
+    }
+}
+
+} // namespace
+
+clsSearchAppointments::clsSearchAppointments() {
+    resetSearchCriteria();
+}
+
+void clsSearchAppointments::resetSearchCriteria() {
+    const QDate today = app().clock.today();
+    searchBySubject = false;
+    subjectText.clear();
+    searchByCompany = false;
+    companyID = -1;
+    searchByUser = false;
+    userID = -1;
+    searchByColour = false;
+    backColour = -1;
+    firstDate = QDate(today.year(), today.month(), 1);
+    secondDate = today;
+    dateMatch = 5;
+    searchByStartTime = false;
+    firstStartTime.clear();
+    secondStartTime.clear();
+    startTimeMatch = 4;
+    searchByEndTime = false;
+    firstEndTime.clear();
+    secondEndTime.clear();
+    endTimeMatch = 4;
+    SQLFilter.clear();
+    displayString.clear();
+}
+
+void clsSearchAppointments::generateSQLFilter() {
+    ProcedureScope scope(app().errors, "QuillmerePad.exe-clsSearchAppointments-generateSQLFilter");
+    QString filter;
+    auto add = [&filter](const QString& clause) {
+        if (clause.isEmpty()) {
+            return;
+        }
+        if (!filter.isEmpty()) {
+            filter += QStringLiteral(" AND ");
+        }
+        filter += clause;
+    };
+
+    if (searchBySubject && !stringControl::isBlank(subjectText)) {
+        databaseControl::escapeSQLText(subjectText);
+        add(QStringLiteral("Subject LIKE '%") + subjectText + QStringLiteral("%'"));
+    }
+    if (searchByCompany && validCompanyID(QString::number(companyID))) {
+        add(QStringLiteral("CompanyIDNum = ") + QString::number(companyID));
+    }
+    if (searchByContact && validContactID(QString::number(contactID))) {
+        add(QStringLiteral("ContactIDNum = ") + QString::number(contactID));
+    }
+    if (searchByUser && validEmployeeID(QString::number(userID))) {
+        add(QStringLiteral("UserIDNum = ") + QString::number(userID));
+    }
+    if (searchByColour && backColour >= 0) {
+        add(QStringLiteral("BackColour = ") + QString::number(backColour));
+    }
+    if (dateMatch != 5) {
+        add(rangeClause(QStringLiteral("DateFrom"), dateMatch,
+                        databaseControl::formatDateForSQL(firstDate),
+                        databaseControl::formatDateForSQL(secondDate)));
+    }
+    const QString timeFormat = QStringLiteral("h:mm:ss ampm");
+    if (searchByStartTime) {
+        add(rangeClause(QStringLiteral("TimeFrom"), startTimeMatch,
+                        formatTime(firstStartTime, timeFormat),
+                        formatTime(secondStartTime, timeFormat)));
+    }
+    if (searchByEndTime) {
+        add(rangeClause(QStringLiteral("TimeTo"), endTimeMatch,
+                        formatTime(firstEndTime, timeFormat),
+                        formatTime(secondEndTime, timeFormat)));
+    }
+    SQLFilter = filter;
+}
+
+QString clsSearchAppointments::generateSQLStr() {
+    generateSQLFilter();
+    if (stringControl::isBlank(SQLFilter)) {
+        return QStringLiteral("SELECT Appointments.* FROM Appointments ORDER BY "
+                              "Appointments.DateFrom, Appointments.TimeFrom;");
+    }
+    return QStringLiteral("SELECT Appointments.* FROM Appointments WHERE ") + SQLFilter +
+           QStringLiteral(" ORDER BY Appointments.DateFrom, Appointments.TimeFrom;");
+}
+
+void clsSearchAppointments::generateDisplayStr() {
+    ProcedureScope scope(app().errors, "QuillmerePad.exe-clsSearchAppointments-generateDisplayStr");
+    const QString timeFormat = QStringLiteral("h:mm ampm");
+    QString text = QStringLiteral("All appointments");
+    if (searchByUser && validEmployeeID(QString::number(userID))) {
+        text += QStringLiteral(" for ") + getUserNameFromUserID(userID);
+    }
+    switch (dateMatch) {
+    case 3:
+        text += QStringLiteral(" scheduled on ") + longDate(firstDate);
+        break;
+    case 1:
+        text += QStringLiteral(" scheduled on or after ") + longDate(firstDate);
+        break;
+    case 2:
+        text += QStringLiteral(" scheduled on or before ") + longDate(firstDate);
+        break;
+    case 4:
+        text += QStringLiteral(" scheduled between ") + longDate(firstDate) +
+                QStringLiteral(" and ") + longDate(secondDate);
+        break;
+    default:
+        break;
+    }
+    if (searchBySubject && !stringControl::isBlank(subjectText)) {
+        text +=
+            QStringLiteral(" with the text '") + subjectText + QStringLiteral("' in the subject");
+    }
+    if (searchByCompany && validCompanyID(QString::number(companyID))) {
+        text += QStringLiteral(" that are assigned to ") + getCompanyNameFromCompanyID(companyID);
+    }
+    if (searchByColour && backColour >= 0) {
+        text += QStringLiteral(" and having the same color.");
+    }
+    bool startSentence = false;
+    if (searchByStartTime) {
+        const QString first = formatTime(firstStartTime, timeFormat);
+        const QString lead = QStringLiteral("  Show only appointments with a start time starting ");
+        switch (startTimeMatch) {
+        case 3:
+            text += lead + QStringLiteral("at ") + first;
+            startSentence = true;
+            break;
+        case 1:
+            text += lead + QStringLiteral("on or after ") + first;
+            startSentence = true;
+            break;
+        case 2:
+            text += lead + QStringLiteral("on or before ") + first;
+            startSentence = true;
+            break;
+        case 4:
+            text += lead + QStringLiteral("between ") + first + QStringLiteral(" and ") +
+                    formatTime(secondStartTime, timeFormat);
+            startSentence = true;
+            break;
+        default:
+            break;
+        }
+    }
+    if (searchByEndTime) {
+        text +=
+            startSentence ? QStringLiteral(" and ") : QStringLiteral("  Show only appointments ");
+        const QString first = formatTime(firstEndTime, timeFormat);
+        switch (endTimeMatch) {
+        case 3:
+            text += QStringLiteral("with an end time starting at ") + first;
+            break;
+        case 1:
+            text += QStringLiteral("with an end time starting on or atfer ") + first;
+            break;
+        case 2:
+            text += QStringLiteral("with an end time starting on or before ") + first;
+            break;
+        case 4:
+            text += QStringLiteral("with an end time starting between ") + first +
+                    QStringLiteral(" and ") + formatTime(secondEndTime, timeFormat);
+            break;
+        default:
+            break;
+        }
+    }
+    displayString = text;
+}
+
+int clsSearchAppointments::appointmentFilterCount() {
+    ProcedureScope scope(app().errors,
+                         "QuillmerePad.exe-clsSearchAppointments-appointmentFilterCount");
+    databaseControl* db = app().database;
+    if (!db || !db->isConnected()) {
+        return -1;
+    }
+    const int rs = db->openRecordset(generateSQLStr(), databaseControl::KeysetCursor,
+                                     databaseControl::ReadOnlyLock);
+    const int count = db->recordCount(rs);
+    db->closeRecordset(rs);
+    return count;
+}
+
+QString clsSearchAppointments::setCriteria(const QString& assignments) {
+    using SearchCriteriaText::Binding;
+    const std::vector<Binding> bindings = {
+        {"searchBySubject", &searchBySubject},
+        {"subjectText", &subjectText},
+        {"searchByCompany", &searchByCompany},
+        {"companyID", &companyID},
+        {"searchByContact", &searchByContact},
+        {"contactID", &contactID},
+        {"searchByUser", &searchByUser},
+        {"userID", &userID},
+        {"searchByColour", &searchByColour},
+        {"backColour", &backColour},
+        {"firstDate", &firstDate},
+        {"secondDate", &secondDate},
+        {"dateMatch", &dateMatch},
+        {"searchByStartTime", &searchByStartTime},
+        {"firstStartTime", &firstStartTime},
+        {"secondStartTime", &secondStartTime},
+        {"startTimeMatch", &startTimeMatch},
+        {"searchByEndTime", &searchByEndTime},
+        {"firstEndTime", &firstEndTime},
+        {"secondEndTime", &secondEndTime},
+        {"endTimeMatch", &endTimeMatch},
+    };
+    return SearchCriteriaText::apply(assignments, bindings);
+}

@@ -1,0 +1,417 @@
+#include "search/clsSearchAppointments.h"
+
+#include "data/ClientDbFixture.h"
+#include "data/JetSqlTranslator.h"
+#include "platform/errorClass.h"
+
+#include <functional>
+
+namespace {
+
+class SearchAppointmentsTest : public ClientDbFixture {
+protected:
+    void SetUp() override {
+        ClientDbFixture::SetUp();
+        m_context->clock.setFixed(QDateTime(QDate(2024, 3, 5), QTime(9, 0)));
+        loadFixture(QStringLiteral("../search/practice"));
+    }
+
+    // AppointmentIDs of the SELECT, in its order.
+    QStringList selectedIDs(clsSearchAppointments& search) {
+        const int rs = m_db->openRecordset(search.generateSQLStr());
+        QStringList ids;
+        while (!m_db->isEOF(rs)) {
+            ids << m_db->getField(rs, "AppointmentID").toString();
+            m_db->moveNext(rs);
+        }
+        m_db->closeRecordset(rs);
+        return ids;
+    }
+};
+
+using Criteria = std::function<void(clsSearchAppointments&)>;
+
+TEST_F(SearchAppointmentsTest, CriteriaGiveTheWhereClauseAndTheRows) {
+    const struct {
+        const char* name;
+        Criteria criteria;
+        const char* filter;
+        const char* ids; // in date and start-time order
+    } cases[] = {
+        {"NoCriteria", [](clsSearchAppointments&) {}, "", "404,401,400,402,403"},
+        {"Subject",
+         [](clsSearchAppointments& s) {
+             s.searchBySubject = true;
+             s.subjectText = "review";
+         },
+         "Subject LIKE '%review%'", "400,403"},
+        {"BlankSubjectIsLeftOut",
+         [](clsSearchAppointments& s) {
+             s.searchBySubject = true;
+             s.subjectText = " ";
+         },
+         "", "404,401,400,402,403"},
+        {"Company",
+         [](clsSearchAppointments& s) {
+             s.searchByCompany = true;
+             s.companyID = 10;
+         },
+         "CompanyIDNum = 10", "400,403"},
+        {"InvalidCompanyIsDropped",
+         [](clsSearchAppointments& s) {
+             s.searchByCompany = true;
+             s.companyID = 999;
+         },
+         "", "404,401,400,402,403"},
+        {"Contact",
+         [](clsSearchAppointments& s) {
+             s.searchByContact = true;
+             s.contactID = 200;
+         },
+         "ContactIDNum = 200", "402"},
+        {"User",
+         [](clsSearchAppointments& s) {
+             s.searchByUser = true;
+             s.userID = 51;
+         },
+         "UserIDNum = 51", "401,403"},
+        {"InvalidUserIsDropped",
+         [](clsSearchAppointments& s) {
+             s.searchByUser = true;
+             s.userID = 7;
+         },
+         "", "404,401,400,402,403"},
+        {"BlackIsAColour",
+         [](clsSearchAppointments& s) {
+             s.searchByColour = true;
+             s.backColour = 0;
+         },
+         "BackColour = 0", "400"},
+        {"NoColour",
+         [](clsSearchAppointments& s) {
+             s.searchByColour = true;
+             s.backColour = -1;
+         },
+         "", "404,401,400,402,403"},
+        {"DefaultRangeIsThisMonthToToday", [](clsSearchAppointments& s) { s.dateMatch = 4; },
+         "DateFrom >= #3/1/2024# AND DateFrom <= #3/5/2024#", "401,400"},
+        {"On",
+         [](clsSearchAppointments& s) {
+             s.dateMatch = 3;
+             s.firstDate = QDate(2024, 3, 15);
+         },
+         "DateFrom = #3/15/2024#", "402"},
+        {"OnOrAfter",
+         [](clsSearchAppointments& s) {
+             s.dateMatch = 1;
+             s.firstDate = QDate(2024, 3, 15);
+         },
+         "DateFrom >= #3/15/2024#", "402,403"},
+        {"OnOrBeforeReadsTheFirstDate",
+         [](clsSearchAppointments& s) {
+             s.dateMatch = 2;
+             s.firstDate = QDate(2024, 3, 4);
+             s.secondDate = QDate(2030, 1, 1);
+         },
+         "DateFrom <= #3/4/2024#", "404,401,400"},
+        {"StartBetween",
+         [](clsSearchAppointments& s) {
+             s.searchByStartTime = true;
+             s.firstStartTime = "9:00 AM";
+             s.secondStartTime = "2:00 PM";
+         },
+         "TimeFrom >= #9:00:00 AM# AND TimeFrom <= #2:00:00 PM#", "404,400,402"},
+        {"StartAt",
+         [](clsSearchAppointments& s) {
+             s.searchByStartTime = true;
+             s.startTimeMatch = 3;
+             s.firstStartTime = "8:00 AM";
+             s.secondStartTime = "not read";
+         },
+         "TimeFrom = #8:00:00 AM#", "401"},
+        {"EndOnOrAfter",
+         [](clsSearchAppointments& s) {
+             s.searchByEndTime = true;
+             s.endTimeMatch = 1;
+             s.firstEndTime = "3:00 PM";
+         },
+         "TimeTo >= #3:00:00 PM#", "402,403"},
+        {"EndOnOrBefore",
+         [](clsSearchAppointments& s) {
+             s.searchByEndTime = true;
+             s.endTimeMatch = 2;
+             s.firstEndTime = "12:00 AM";
+         },
+         "TimeTo <= #12:00:00 AM#", ""},
+        {"Everything",
+         [](clsSearchAppointments& s) {
+             s.searchBySubject = true;
+             s.subjectText = "GST";
+             s.searchByCompany = true;
+             s.companyID = 12;
+             s.searchByUser = true;
+             s.userID = 50;
+             s.searchByColour = true;
+             s.backColour = 255;
+             s.dateMatch = 4;
+             s.secondDate = QDate(2024, 3, 31);
+             s.searchByStartTime = true;
+             s.startTimeMatch = 1;
+             s.firstStartTime = "1:00 PM";
+             s.searchByEndTime = true;
+             s.endTimeMatch = 2;
+             s.firstEndTime = "4:00 PM";
+         },
+         "Subject LIKE '%GST%' AND CompanyIDNum = 12 AND UserIDNum = 50 AND BackColour = 255 AND "
+         "DateFrom >= #3/1/2024# AND DateFrom <= #3/31/2024# AND TimeFrom >= #1:00:00 PM# AND "
+         "TimeTo <= #4:00:00 PM#",
+         "402"},
+    };
+    for (const auto& c : cases) {
+        clsSearchAppointments search;
+        c.criteria(search);
+        search.generateSQLFilter();
+        EXPECT_EQ(search.SQLFilter, QString::fromLatin1(c.filter)) << c.name;
+        const QStringList expected = QString::fromLatin1(c.ids).split(u',', Qt::SkipEmptyParts);
+        EXPECT_EQ(selectedIDs(search), expected) << c.name;
+        EXPECT_EQ(search.appointmentFilterCount(), expected.size()) << c.name;
+    }
+}
+
+TEST_F(SearchAppointmentsTest, SelectHasAWhereOnlyForAFilter) {
+    clsSearchAppointments search;
+    EXPECT_EQ(search.generateSQLStr(), "SELECT Appointments.* FROM Appointments ORDER BY "
+                                       "Appointments.DateFrom, Appointments.TimeFrom;");
+    search.searchByCompany = true;
+    search.companyID = 11;
+    EXPECT_EQ(search.generateSQLStr(), "SELECT Appointments.* FROM Appointments WHERE "
+                                       "CompanyIDNum = 11 ORDER BY Appointments.DateFrom, "
+                                       "Appointments.TimeFrom;");
+}
+
+TEST_F(SearchAppointmentsTest, SubjectTextIsEscapedAndTravelsOnlyAsAParameter) {
+    const struct {
+        const char* subject;
+        const char* escaped;
+        int count;
+    } cases[] = {
+        {"O'Brien's", "O''Brien''s", 1},
+        {"x' OR '1'='1", "x'' OR ''1''=''1", 0},
+        {"'; DROP TABLE Appointments; --", "''; DROP TABLE Appointments; --", 0},
+    };
+    for (const auto& c : cases) {
+        clsSearchAppointments search;
+        search.searchBySubject = true;
+        search.subjectText = QString::fromUtf8(c.subject);
+        const QString sql = search.generateSQLStr();
+        EXPECT_EQ(search.subjectText, QString::fromUtf8(c.escaped)) << c.subject;
+        // What the engine is given holds no quote at all: the text is a
+        // bound parameter.
+        const TranslatedSql translated = JetSqlTranslator::translate(sql);
+        EXPECT_FALSE(translated.sql.contains(u'\'')) << translated.sql.toStdString();
+        EXPECT_EQ(translated.parameters.value(0).toString(),
+                  u'%' + QString::fromUtf8(c.subject) + u'%');
+        // generateSQLStr has escaped it once already; restore before counting.
+        search.subjectText = QString::fromUtf8(c.subject);
+        EXPECT_EQ(search.appointmentFilterCount(), c.count) << c.subject;
+    }
+    EXPECT_EQ(hostValue("SELECT COUNT(*) FROM Appointments").toInt(), 5);
+
+    // Each run escapes again, as the criteria record always did.
+    clsSearchAppointments twice;
+    twice.searchBySubject = true;
+    twice.subjectText = "O'Brien";
+    twice.generateSQLFilter();
+    twice.generateSQLFilter();
+    EXPECT_EQ(twice.subjectText, "O''''Brien");
+    EXPECT_EQ(twice.SQLFilter, "Subject LIKE '%O''''Brien%'");
+}
+
+TEST_F(SearchAppointmentsTest, DisplayTextTellsWhatWasSearched) {
+    const struct {
+        const char* name;
+        Criteria criteria;
+        const char* text;
+    } cases[] = {
+        {"Nothing", [](clsSearchAppointments&) {}, "All appointments"},
+        {"UserAndDay",
+         [](clsSearchAppointments& s) {
+             s.searchByUser = true;
+             s.userID = 50;
+             s.dateMatch = 3;
+             s.firstDate = QDate(2024, 3, 4);
+         },
+         "All appointments for dfox scheduled on March 4, 2024"},
+        {"InvalidUserIsLeftOut",
+         [](clsSearchAppointments& s) {
+             s.searchByUser = true;
+             s.userID = 7;
+             s.dateMatch = 1;
+         },
+         "All appointments scheduled on or after March 1, 2024"},
+        {"OnOrBefore",
+         [](clsSearchAppointments& s) {
+             s.dateMatch = 2;
+             s.firstDate = QDate(2024, 12, 25);
+         },
+         "All appointments scheduled on or before December 25, 2024"},
+        {"Between", [](clsSearchAppointments& s) { s.dateMatch = 4; },
+         "All appointments scheduled between March 1, 2024 and March 5, 2024"},
+        {"SubjectCompanyColour",
+         [](clsSearchAppointments& s) {
+             s.searchBySubject = true;
+             s.subjectText = "GST";
+             s.searchByCompany = true;
+             s.companyID = 12;
+             s.searchByColour = true;
+             s.backColour = 0;
+         },
+         "All appointments with the text 'GST' in the subject that are assigned to O'Brien & "
+         "Sons and having the same color."},
+        {"StartBetweenAndEndAfter",
+         [](clsSearchAppointments& s) {
+             s.searchByStartTime = true;
+             s.firstStartTime = "9:00 AM";
+             s.secondStartTime = "10:30 AM";
+             s.searchByEndTime = true;
+             s.endTimeMatch = 1;
+             s.firstEndTime = "1899-12-30 13:05:00";
+         },
+         "All appointments  Show only appointments with a start time starting between 9:00 AM "
+         "and 10:30 AM and with an end time starting on or atfer 1:05 PM"},
+        {"StartAtAndEndBetween",
+         [](clsSearchAppointments& s) {
+             s.searchByStartTime = true;
+             s.startTimeMatch = 3;
+             s.firstStartTime = "12:00 AM";
+             s.searchByEndTime = true;
+             s.endTimeMatch = 4;
+             s.firstEndTime = "11:45 PM";
+             s.secondEndTime = "11:45 PM";
+         },
+         "All appointments  Show only appointments with a start time starting at 12:00 AM and "
+         "with an end time starting between 11:45 PM and 11:45 PM"},
+        {"StartBefore",
+         [](clsSearchAppointments& s) {
+             s.searchByStartTime = true;
+             s.startTimeMatch = 2;
+             s.firstStartTime = "12:15 PM";
+         },
+         "All appointments  Show only appointments with a start time starting on or before "
+         "12:15 PM"},
+        {"StartOnOrAfter",
+         [](clsSearchAppointments& s) {
+             s.searchByStartTime = true;
+             s.startTimeMatch = 1;
+             s.firstStartTime = "6:00 AM";
+         },
+         "All appointments  Show only appointments with a start time starting on or after "
+         "6:00 AM"},
+        {"EndAtAlone",
+         [](clsSearchAppointments& s) {
+             s.searchByEndTime = true;
+             s.endTimeMatch = 3;
+             s.firstEndTime = "3:15 PM";
+         },
+         "All appointments  Show only appointments with an end time starting at 3:15 PM"},
+        {"EndBeforeAlone",
+         [](clsSearchAppointments& s) {
+             s.searchByEndTime = true;
+             s.endTimeMatch = 2;
+             s.firstEndTime = "3:15 PM";
+         },
+         "All appointments  Show only appointments with an end time starting on or before "
+         "3:15 PM"},
+    };
+    for (const auto& c : cases) {
+        clsSearchAppointments search;
+        c.criteria(search);
+        search.SQLFilter = "kept";
+        search.generateDisplayStr();
+        EXPECT_EQ(search.displayString, QString::fromUtf8(c.text)) << c.name;
+        EXPECT_EQ(search.SQLFilter, "kept") << c.name;
+    }
+    // The filter leaves the display text alone.
+    clsSearchAppointments search;
+    search.displayString = "shown";
+    search.generateSQLFilter();
+    EXPECT_EQ(search.displayString, "shown");
+}
+
+TEST_F(SearchAppointmentsTest, ResetGivesTheDefaultsAndLeavesTheContact) {
+    clsSearchAppointments search;
+    ASSERT_TRUE(search
+                    .setCriteria("searchBySubject=1;subjectText=x;searchByCompany=1;companyID=10;"
+                                 "searchByContact=1;contactID=200;searchByUser=1;userID=50;"
+                                 "searchByColour=1;backColour=0;firstDate=2020-01-01;"
+                                 "secondDate=2020-01-02;dateMatch=3;searchByStartTime=1;"
+                                 "firstStartTime=9:00 AM;secondStartTime=10:00 AM;"
+                                 "startTimeMatch=1;searchByEndTime=1;firstEndTime=1:00 PM;"
+                                 "secondEndTime=2:00 PM;endTimeMatch=2")
+                    .isEmpty());
+    search.generateSQLFilter();
+    search.generateDisplayStr();
+    m_context->clock.setFixed(QDateTime(QDate(2025, 1, 31), QTime(23, 0)));
+    search.resetSearchCriteria();
+
+    EXPECT_FALSE(search.searchBySubject || search.searchByCompany || search.searchByUser ||
+                 search.searchByColour || search.searchByStartTime || search.searchByEndTime);
+    EXPECT_EQ(search.subjectText, "");
+    EXPECT_EQ(search.companyID, -1);
+    EXPECT_EQ(search.userID, -1);
+    EXPECT_EQ(search.backColour, -1);
+    EXPECT_EQ(search.firstDate, QDate(2025, 1, 1));
+    EXPECT_EQ(search.secondDate, QDate(2025, 1, 31));
+    EXPECT_EQ(search.dateMatch, 5);
+    EXPECT_EQ(search.startTimeMatch, 4);
+    EXPECT_EQ(search.endTimeMatch, 4);
+    for (const QString& text : {search.firstStartTime, search.secondStartTime, search.firstEndTime,
+                                search.secondEndTime, search.SQLFilter, search.displayString}) {
+        EXPECT_EQ(text, "");
+    }
+    EXPECT_TRUE(search.searchByContact);
+    EXPECT_EQ(search.contactID, 200);
+    EXPECT_FALSE(search.setCriteria("subject=x").isEmpty());
+}
+
+TEST_F(SearchAppointmentsTest, BadTimesDatesAndDatabasesFailThroughTheHandler) {
+    const struct {
+        const char* name;
+        Criteria criteria;
+    } cases[] = {
+        {"TimeThatIsNoTime",
+         [](clsSearchAppointments& s) {
+             s.searchByStartTime = true;
+             s.startTimeMatch = 3;
+             s.firstStartTime = "noonish";
+         }},
+        {"EmptyTime",
+         [](clsSearchAppointments& s) {
+             s.searchByEndTime = true;
+             s.endTimeMatch = 1;
+         }},
+        {"NoDate",
+         [](clsSearchAppointments& s) {
+             s.dateMatch = 3;
+             s.firstDate = QDate();
+         }},
+        {"YearBeyondFourDigits",
+         [](clsSearchAppointments& s) {
+             s.dateMatch = 4;
+             s.secondDate = QDate(10000, 1, 1);
+         }},
+    };
+    for (const auto& c : cases) {
+        clsSearchAppointments search;
+        c.criteria(search);
+        EXPECT_THROW(search.appointmentFilterCount(), QmError) << c.name;
+        EXPECT_EQ(m_db->openRecordsetCount(), 0) << c.name;
+    }
+    hostExec("DROP TABLE Appointments");
+    clsSearchAppointments search;
+    EXPECT_THROW(search.appointmentFilterCount(), QmError);
+    m_context->database = nullptr;
+    EXPECT_EQ(search.appointmentFilterCount(), -1);
+}
+
+} // namespace
