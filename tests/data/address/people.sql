@@ -1,0 +1,32 @@
+-- People for the address blocks and contact cards, stored as the host
+-- stores them: Yes/No as 0/1, Null where the host leaves a column unset.
+INSERT INTO AccountantFirmInfo (CompanyID, CompanyName, Address, City, Province, PostalCode, Country, OfficeNumber, FaxNumber) VALUES (1, 'Fox & Partners', '77 King St W', 'Toronto', 'ON', 'M5K 1A1', 'Canada', '416-555-0001', '416-555-0002');
+INSERT INTO AccountantEmployeeInfo (ContactID, DisplayName, BusinessJobTitle, BusinessPhone_Pager, BusinessWebSite, BusinessAddress, SocialInsuranceNumber, EmployeeType, InheritCompanyInfo, UserName, UserLevel) VALUES (500, 'Dana Fox', 'Bookkeeper', '555-0199', 'fox.example', NULL, '123-45-6789', 'Staff', 1, 'dana', 1);
+INSERT INTO Companies (CompanyID, CompanyName, Address, City, Province, PostalCode, Country, OfficeNumber, FaxNumber) VALUES (10, 'Maple Ledger Ltd', '1 Main Street', 'Ottawa', 'Ontario', 'K1A 0A1', 'Canada', '613-555-0100', '613-555-0101');
+INSERT INTO Companies (CompanyID, CompanyName, Address, City, Province, PostalCode, Country, OfficeNumber, FaxNumber) VALUES (11, 'Harbour Books', '9 Dock Rd', 'Portland', 'ME', '04101', 'USA', NULL, NULL);
+INSERT INTO Companies (CompanyID, CompanyName) VALUES (12, 'Empty Shell Inc');
+INSERT INTO Companies (CompanyID, CompanyName, Address, City, Province, PostalCode, Country) VALUES (13, 'Bytown Supply', '1 Main Street', 'Ottawa', 'Ontario', 'K1A 0A1', 'canada');
+INSERT INTO Companies (CompanyID, CompanyName) VALUES (14, 'Two Partners LLP');
+INSERT INTO Companies (CompanyID, CompanyName, DefaultContactName) VALUES (15, 'Ghost Link Co', 'Gone Person');
+INSERT INTO CompaniesNotes (CompanyNum, ContactNotes) VALUES (10, 'old card');
+INSERT INTO CompaniesNotes (CompanyNum, ContactNotes) VALUES (13, 'old card');
+INSERT INTO CompaniesNotes (CompanyNum, ContactNotes) VALUES (14, 'old card');
+INSERT INTO CompaniesNotes (CompanyNum, ContactNotes) VALUES (15, 'old card');
+INSERT INTO CompaniesNotes (CompanyNum, ContactNotes) VALUES (11, NULL);
+INSERT INTO CompaniesNotes (CompanyNum, ContactNotes) VALUES (12, 'old card');
+INSERT INTO CustomAddressFields (ContactLabel1, ContactLabel2, ContactLabel3) VALUES ('Favourite Colour', NULL, 'Newsletter');
+INSERT INTO Contacts (ContactID, DisplayName, BusinessName, BusinessJobTitle, BusinessDepartment, BusinessOffice, BusinessPhone_Main, BusinessPhone_Fax, BusinessEmail, BusinessAddress, BusinessCity, BusinessProvince, BusinessPostalCode, BusinessCountry, SocialInsuranceNumber, EmployeeType, Custom1, Custom2, Custom3, InheritCompanyInfo) VALUES (200, 'Jane Smith', 'Maple Ledger Ltd', 'Controller', NULL, '   ', '613-555-0110', '613-555-0111', 'jane@maple.example', '200 Elgin St', 'Ottawa', 'ON', 'K2P 1L5', 'Canada', '046 454 286', 'Owner', 'Blue', '', 'Yes', 0);
+INSERT INTO ContactsNotes (ContactNum, Notes, BusinessNotes) VALUES (200, 'Call before noon.' || char(13) || char(10) || 'Prefers email.', NULL);
+INSERT INTO Contacts (ContactID, DisplayName, BusinessJobTitle, BusinessOffice, BusinessPhone_Main, BusinessAddress, BusinessCity, InheritCompanyInfo) VALUES (201, 'Luc Côté', 'Partner {tax} \ audit', 'Łódź', '555-0120', '5 Rue Privée', 'Gatineau', 1);
+INSERT INTO ContactLinks (ContactIDNum, CompanyNum, DefaultContact) VALUES (200, 10, 1);
+INSERT INTO ContactLinks (ContactIDNum, CompanyNum, DefaultContact) VALUES (201, 10, 0);
+INSERT INTO ContactLinks (ContactIDNum, CompanyNum, DefaultContact) VALUES (201, 11, 1);
+INSERT INTO ContactLinks (ContactIDNum, CompanyNum, DefaultContact) VALUES (201, 13, 1);
+INSERT INTO Contacts (ContactID, DisplayName, BusinessPhone_Main) VALUES (202, 'Ada Park', '555-0202');
+INSERT INTO Contacts (ContactID, DisplayName, BusinessPhone_Main) VALUES (203, 'Ben Park', '555-0203');
+INSERT INTO ContactLinks (ContactIDNum, CompanyNum, DefaultContact) VALUES (202, 14, 0);
+INSERT INTO ContactLinks (ContactIDNum, CompanyNum, DefaultContact) VALUES (203, 14, 0);
+INSERT INTO Contacts (ContactID, DisplayName, InheritCompanyInfo) VALUES (204, 'Orphan Oz', 1);
+INSERT INTO ContactLinks (ContactIDNum, CompanyNum, DefaultContact) VALUES (204, 99, 1);
+INSERT INTO ContactLinks (ContactIDNum, CompanyNum, DefaultContact) VALUES (299, 15, 0);
+INSERT INTO Contacts (ContactID) VALUES (205);
