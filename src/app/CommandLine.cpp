@@ -2,6 +2,7 @@
 
 #include "app/AppContext.h"
 #include "app/Commands.h"
+#include "data/modFormatAddresses.h"
 
 int runVersionCommand(const QStringList& /*args*/, CommandIO& io) {
     io.out << getProgramVersion() << '\n';
@@ -12,12 +13,13 @@ const std::vector<CommandEntry>& headlessCommands() {
     static const std::vector<CommandEntry> table = {
         {"--version", "--version", runVersionCommand},
         {"check", "check TEMPLATE [--database DB] [--province N]", runCheckCommand},
-        {"merge", "merge TEMPLATE --database DB --out ROOT [--type N] [--ids LIST | --all] [--today YYYY-MM-DD] [--province N] [--report]", runMergeCommand},
+        {"merge", "merge TEMPLATE --database DB --out ROOT [--type N] [--ids LIST | --all | --tasks CRITERIA | --appointments CRITERIA] [--today YYYY-MM-DD] [--province N] [--report]", runMergeCommand},
         {"text", "text FILE", runTextCommand},
         {"convert", "convert IN OUT", runConvertCommand},
         {"spell", "spell FILE [--tolerance N] [--folder DIR]", runSpellCommand},
         {"sample-db", "sample-db PATH [--clients N] [--seed S] [--date YYYY-MM-DD]", runSampleDbCommand},
         {"install-sample", "install-sample", runInstallSampleCommand},
+        {"tree", "tree --database DB [--mode companies|contacts|company-contacts|personal|firm|categories|all]", runTreeCommand},
     };
     return table;
 }
@@ -40,6 +42,9 @@ bool isHeadlessInvocation(const QStringList& args) {
 int runHeadlessCommand(const QStringList& args, CommandIO& io) {
     for (const auto& entry : headlessCommands()) {
         if (!args.isEmpty() && args.first() == QLatin1String(entry.name)) {
+            // A command that repairs a default contact rebuilds its cards,
+            // as the windows do.
+            ScopedContactCardWriter contactCards;
             return entry.handler(args.mid(1), io);
         }
     }

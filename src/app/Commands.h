@@ -11,3 +11,4 @@ int runTextCommand(const QStringList& args, CommandIO& io);
 int runConvertCommand(const QStringList& args, CommandIO& io);
 int runCheckCommand(const QStringList& args, CommandIO& io);
 int runMergeCommand(const QStringList& args, CommandIO& io);
+int runTreeCommand(const QStringList& args, CommandIO& io);

@@ -1,5 +1,7 @@
 #include "data/databaseControl.h"
 
+#include "data/LookupStatements.h"
+
 #include "data/ClientDatabaseSchema.h"
 #include "data/JetSqlTranslator.h"
 #include "data/Recordset.h"
@@ -11,6 +13,7 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QSqlDatabase>
+#include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlField>
 #include <QSqlQuery>
@@ -165,6 +168,10 @@ void databaseControl::connect() {
         }
         if (m_lastError.isEmpty()) {
             m_statements = std::make_unique<StatementCache>(db);
+            const QVariant handle = db.driver()->handle();
+            if (handle.isValid() && qstrcmp(handle.typeName(), "sqlite3*") == 0)
+                m_lookups = std::make_unique<LookupStatements>(
+                    *static_cast<sqlite3* const*>(handle.constData()));
             m_connected = true;
             return;
         }
@@ -177,6 +184,8 @@ void databaseControl::disconnect() {
     m_sets.clear();
     m_columnTypes.clear();
     m_statements.reset();
+    // Finalised before the engine closes, which refuses while statements live.
+    m_lookups.reset();
     if (QSqlDatabase::contains(m_connectionName)) {
         {
             QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
@@ -246,6 +255,7 @@ int databaseControl::openRecordset(const QString& sql, int /*cursorType*/, int l
     QSqlQuery& query = entry.query;
     for (int i = 0; i < translated.parameters.size(); ++i)
         query.bindValue(i, translated.parameters[i]);
+    ++m_statementCount;
     if (!query.exec()) {
         const QString error = query.lastError().text();
         query.finish();
@@ -289,6 +299,16 @@ int databaseControl::openRecordset(const QString& sql, int /*cursorType*/, int l
 
 void databaseControl::closeRecordset(int handle) {
     m_sets.erase(handle);
+}
+
+std::optional<QVariant> databaseControl::lookupValue(const QString& sql,
+                                                     const QVariantList& arguments,
+                                                     const QString& column) {
+    requireConnection();
+    ++m_statementCount;
+    if (!m_lookups)
+        fail(QStringLiteral("The database driver does not give lookups its engine."));
+    return m_lookups->firstValue(sql, arguments, column);
 }
 
 int databaseControl::filterRecordset(int handle, const QString& filter) {
@@ -418,6 +438,7 @@ QString databaseControl::tableColumnType(const QString& table, const QString& co
     if (it == m_columnTypes.end()) {
         std::map<QString, QString> types;
         QSqlQuery query(QSqlDatabase::database(m_connectionName, false));
+        ++m_statementCount;
         if (query.exec(QStringLiteral("PRAGMA table_info(%1)").arg(quoteName(table)))) {
             while (query.next())
                 types[query.value(1).toString().toUpper()] = query.value(2).toString();
@@ -494,6 +515,7 @@ void databaseControl::runInTransaction(const QString& sql, const QVariantList& p
     if (ok) {
         for (int i = 0; i < parameters.size(); ++i)
             query.bindValue(i, parameters[i]);
+        ++m_statementCount;
         ok = query.exec();
     }
     if (!ok) {
@@ -547,6 +569,7 @@ void databaseControl::insertRow(Recordset& rs, int row) {
     QSqlQuery query(QSqlDatabase::database(m_connectionName, false));
     query.prepare(QStringLiteral("SELECT * FROM %1 WHERE rowid = ?").arg(quoteName(rs.table)));
     query.bindValue(0, key);
+    ++m_statementCount;
     if (query.exec() && query.next()) {
         const QSqlRecord record = query.record();
         for (size_t c = 0; c < rs.columns.size(); ++c) {

@@ -6,6 +6,7 @@
 #include <QVariant>
 #include <map>
 #include <memory>
+#include <optional>
 #include <vector>
 
 class QStandardItemModel;
@@ -13,6 +14,7 @@ class errorClass;
 class QObject;
 class Recordset;
 class StatementCache;
+class LookupStatements;
 
 // The one access object to the client database (an SQLite file that the
 // host program owns and writes at the same time). Record sets are known to
@@ -68,6 +70,13 @@ public:
                       int lockType = ReadOnlyLock);
     // Unknown and -1 handles are ignored.
     void closeRecordset(int handle);
+    // A one-value lookup: `sql` is a statement shape with "?" for each of
+    // `arguments`; the answer is `column` of the first row (typed as
+    // getField types it), or nothing when there is no row. The shape is
+    // prepared once per connection, so callers must keep the values out of
+    // the text. Throws as openRecordset does.
+    std::optional<QVariant> lookupValue(const QString& sql, const QVariantList& arguments,
+                                        const QString& column);
     // A new handle holding the rows of `handle` that satisfy the filter
     // (ADO filter syntax, evaluated on the rows, never given to the engine).
     // The new set is read-only; both handles are the caller's to close.
@@ -125,6 +134,10 @@ public:
 
     // Diagnostics for tests and benchmarks.
     int openRecordsetCount() const { return static_cast<int>(m_sets.size()); }
+    // SQL statements run against the file by this object: each opened
+    // record set and each write, so that callers can show that a walk reads
+    // a fixed number of sets whatever the size of the data.
+    qint64 statementCount() const { return m_statementCount; }
     const std::vector<int>& numberedSettings() const { return m_numberedSettings; }
 
 private:
@@ -149,7 +162,9 @@ private:
     bool m_connected = false;
     QString m_lastError;
     std::unique_ptr<StatementCache> m_statements;
+    std::unique_ptr<LookupStatements> m_lookups;
     std::map<int, std::unique_ptr<Recordset>> m_sets;
     std::map<QString, std::map<QString, QString>> m_columnTypes; // TABLE -> COLUMN -> declared type
     int m_nextHandle = 1;
+    qint64 m_statementCount = 0;
 };
