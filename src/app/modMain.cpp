@@ -6,6 +6,7 @@
 #include "data/databaseControl.h"
 #include "data/modDatabaseConnection.h"
 #include "data/modDatabaseFunctions.h"
+#include "data/modFormatAddresses.h"
 #include "data/modRemittanceTypes.h"
 #include "files/clsINI.h"
 #include "files/clsWorkingFolderLocation.h"
@@ -189,6 +190,8 @@ void Application::openDatabaseStep() {
     }
     m_database = openCompaniesDatabase(ctx.databaseLocation);
     ctx.database = m_database.get();
+    if (!m_contactCards)
+        m_contactCards = std::make_unique<ScopedContactCardWriter>();
 }
 
 void Application::exitCurrentProgram() {
@@ -216,6 +219,7 @@ void Application::unloadMainWindow() {
             }
             ctx.database = nullptr;
             m_database.reset();
+            m_contactCards.reset();
         }
     });
     // 3.

@@ -12,6 +12,7 @@ class clsINI;
 class clsWorkingFolderLocation;
 class databaseControl;
 class errorClass;
+class ScopedContactCardWriter;
 
 // Owns the process-wide objects that start-up creates and releases them in
 // the order shut-down prescribes. The application context (app()) points at
@@ -54,6 +55,8 @@ private:
     std::unique_ptr<clsINI> m_ini;
     std::unique_ptr<clsWorkingFolderLocation> m_folders;
     std::unique_ptr<databaseControl> m_database;
+    // The default-contact repairs rebuild contact cards while the database is open.
+    std::unique_ptr<ScopedContactCardWriter> m_contactCards;
     std::function<void()> m_exitDocMerge;
     bool m_exited = false;
     bool m_exiting = false;

@@ -3,6 +3,7 @@
 #include "ScriptedMainWindow.h"
 #include "app/AppContext.h"
 #include "app/clsDocMerge.h"
+#include "data/ContactCardWriter.h"
 #include "files/clsINI.h"
 #include "platform/PrivateProfile.h"
 #include "platform/errorClass.h"
@@ -163,6 +164,14 @@ TEST(modMainTest, AnErrorAnsweredWithEndProgramEndsThroughTheExitRoutine) {
     EXPECT_EQ(told, 1);
     EXPECT_TRUE(s.program->hasExited());
     EXPECT_TRUE(s.window->calls.contains("error:Invalid procedure call"));
+}
+
+TEST(modMainTest, ContactCardsAreRebuiltWhileTheDatabaseIsOpen) {
+    Started s;
+    s.program->Main({});
+    EXPECT_NE(contactCardWriter(), nullptr);
+    s.program->exitCurrentProgram();
+    EXPECT_EQ(contactCardWriter(), nullptr);
 }
 
 TEST(modMainTest, CenterFormKeepsItsAsymmetry) {
