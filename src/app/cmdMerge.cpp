@@ -65,18 +65,26 @@ void addAllRecipients(int type, FieldTable& ids) {
 } // namespace
 
 // quillmere-pad merge TEMPLATE --database DB --out ROOT [--type N]
-//     [--ids LIST | --all] [--today YYYY-MM-DD] [--province N] [--report]
+//     [--ids LIST | --all | --tasks CRITERIA | --appointments CRITERIA]
+//     [--today YYYY-MM-DD] [--province N] [--report]
+// CRITERIA sets fields of the task or appointment search by name:
+// "taskName=GST;searchByTaskName=1;dateMatch=4".
 int runMergeCommand(const QStringList& args, CommandIO& io) {
-    const QStringList withValues = {"--database", "--out",   "--type",
-                                    "--ids",      "--today", "--province"};
+    const QStringList withValues = {"--database", "--out",      "--type",  "--ids",
+                                    "--today",    "--province", "--tasks", "--appointments"};
     const QStringList positional = positionalArguments(args, withValues);
     const auto database = optionValue(args, QStringLiteral("--database"));
     const auto root = optionValue(args, QStringLiteral("--out"));
     const auto idText = optionValue(args, QStringLiteral("--ids"));
     const bool all = hasFlag(args, QStringLiteral("--all"));
-    if (positional.size() != 1 || !database || !root || (idText.has_value() == all)) {
+    const auto tasks = optionValue(args, QStringLiteral("--tasks"));
+    const auto appointments = optionValue(args, QStringLiteral("--appointments"));
+    const int sources =
+        int(idText.has_value()) + int(all) + int(tasks.has_value()) + int(appointments.has_value());
+    if (positional.size() != 1 || !database || !root || sources != 1) {
         io.err << "Usage: quillmere-pad merge TEMPLATE --database DB --out ROOT [--type N] "
-                  "[--ids LIST | --all] [--today YYYY-MM-DD] [--province N] [--report]\n";
+                  "[--ids LIST | --all | --tasks CRITERIA | --appointments CRITERIA] "
+                  "[--today YYYY-MM-DD] [--province N] [--report]\n";
         return 2;
     }
     MergeSession session([&io](const QString& text) { io.err << text << '\n'; });
@@ -122,6 +130,22 @@ int runMergeCommand(const QStringList& args, CommandIO& io) {
             return 2;
         }
     }
+    if (tasks || appointments) {
+        // A filter says what kind of merge it is.
+        const int kind = tasks ? 4 : 5;
+        if (optionValue(args, QStringLiteral("--type")) && result.model.InformationType != kind) {
+            io.err << (tasks ? "--tasks" : "--appointments") << " merges information type " << kind
+                   << " only\n";
+            return 2;
+        }
+        result.model.InformationType = kind;
+        const QString error = tasks ? result.taskSearch.setCriteria(*tasks)
+                                    : result.appointmentSearch.setCriteria(*appointments);
+        if (!error.isEmpty()) {
+            io.err << error << '\n';
+            return 2;
+        }
+    }
     const int type = result.model.InformationType;
     if (type < 1 || type > 5) {
         io.err << "Templates of information type " << type << " cannot be merged here.\n";
@@ -129,7 +153,15 @@ int runMergeCommand(const QStringList& args, CommandIO& io) {
     }
 
     try {
-        if (all) {
+        if (tasks) {
+            result.taskSearch.generateSQLFilter();
+            result.SQLFilter = result.taskSearch.SQLFilter;
+            result.connectToRemittRST();
+        } else if (appointments) {
+            // The appointment criteria stand in the SELECT itself, so the
+            // record-set filter is left blank.
+            result.connectToRemittRST();
+        } else if (all) {
             addAllRecipients(type, result.IDList);
         } else {
             for (const QString& item : idText->split(QLatin1Char(','), Qt::SkipEmptyParts)) {
@@ -143,7 +175,10 @@ int runMergeCommand(const QStringList& args, CommandIO& io) {
         }
         session.fields().createDefaultFieldListStructure(type, true, true);
         NullProgress progress;
-        result.createMergeDocument(progress);
+        if (!result.createMergeDocument(progress)) {
+            // The reason has gone to the message sink.
+            return 1;
+        }
         result.saveMergeDocument(progress, *root);
     } catch (const QmError& fault) {
         io.err << fault.description() << '\n';

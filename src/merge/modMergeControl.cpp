@@ -1,10 +1,12 @@
 #include "merge/modMergeControl.h"
 
 #include "app/AppContext.h"
+#include "data/databaseControl.h"
 #include "documents/modDocument.h"
 #include "merge/MergeLookups.h"
 #include "merge/clsInsertFieldsInRTB.h"
 #include "merge/modDocVaultFolders.h"
+#include "platform/MsgboxClass.h"
 #include "platform/ProgressReporter.h"
 #include "platform/RichTextBox.h"
 #include "platform/errorClass.h"
@@ -32,22 +34,34 @@ clsInsertFieldsInRTB& inserter() {
 
 } // namespace
 
-void MergeResultDocument::createMergeDocument(ProgressReporter& progress) {
+bool MergeResultDocument::createMergeDocument(ProgressReporter& progress) {
     ProcedureScope scope(app().errors, "QuillmerePad.exe-frmDocument-createMergeDocument");
     clsInsertFieldsInRTB& fields = inserter();
     const int type = model.InformationType;
     records.clear();
     totalPagesMergeDocs = 0;
-    progress.begin(QStringLiteral("Merging information"), IDList.rowCount());
+    const bool fromFilter = mergesFromFilter();
+    if (fromFilter && !isRemittRSTConnected(true)) {
+        return false;
+    }
+    const int count = fromFilter ? remittRecordCount() : IDList.rowCount();
+    databaseControl* db = app().database;
+    auto column = [&](const char* name) {
+        return db->getField(m_remittFilteredRST, QString::fromLatin1(name)).toString();
+    };
+    if (fromFilter) {
+        db->moveFirst(m_remittFilteredRST);
+    }
+    progress.begin(QStringLiteral("Merging information"), count);
     if (type < 1 || type > 5) {
         progress.end();
-        return;
+        return true;
     }
     if (type <= 3 && !IDList.isEmpty()) {
         IDList.sortOnFirstTwoColumns();
     }
-    records.reserve(size_t(IDList.rowCount()));
-    for (int row = 1; row <= IDList.rowCount(); ++row) {
+    records.reserve(size_t(count));
+    for (int row = 1; row <= count; ++row) {
         MergedRecord record;
         int company = -1;
         int contact = -1;
@@ -80,19 +94,30 @@ void MergeResultDocument::createMergeDocument(ProgressReporter& progress) {
             fields.initializeDataRecordsets(2, false, -1, true, true, true, true, true, company,
                                             contact);
         } else if (type == 4) {
-            record.scheduleID = idFrom(IDList.value(row, 1));
-            progress.step(QStringLiteral("Merging ") +
-                          MergeLookups::getScheduleNameFromScheduleID(record.scheduleID));
-            company = MergeLookups::getCompanyIDFromScheduleID(record.scheduleID);
+            if (fromFilter) {
+                record.scheduleID = idFrom(column("ScheduleID"));
+                progress.step(QStringLiteral("Merging ") + column("scheduleName"));
+                company = MergeLookups::getCompanyIDFromClientDataID(idFrom(column("ClientNum")));
+            } else {
+                record.scheduleID = idFrom(IDList.value(row, 1));
+                progress.step(QStringLiteral("Merging ") +
+                              MergeLookups::getScheduleNameFromScheduleID(record.scheduleID));
+                company = MergeLookups::getCompanyIDFromScheduleID(record.scheduleID);
+            }
             contact = MergeLookups::getDefaultContactIDFromCompanyID(company);
             name = MergeLookups::getCompanyNameFromCompanyID(company);
             fields.initializeDataRecordsets(4, false, record.scheduleID, true, true, true, true,
                                             true, company, contact);
         } else {
-            record.appointmentID = idFrom(IDList.value(row, 1));
-            progress.step(
-                QStringLiteral("Merging ") +
-                MergeLookups::getAppointmentSubjectFromAppointmentID(record.appointmentID));
+            if (fromFilter) {
+                record.appointmentID = idFrom(column("AppointmentID"));
+                progress.step(QStringLiteral("Merging appointment: ") + column("Subject"));
+            } else {
+                record.appointmentID = idFrom(IDList.value(row, 1));
+                progress.step(
+                    QStringLiteral("Merging ") +
+                    MergeLookups::getAppointmentSubjectFromAppointmentID(record.appointmentID));
+            }
             company = MergeLookups::getCompanyIDFromAppointmentID(record.appointmentID);
             contact = MergeLookups::getDefaultContactIDFromCompanyID(company);
             name = MergeLookups::getCompanyNameFromCompanyID(company);
@@ -109,9 +134,13 @@ void MergeResultDocument::createMergeDocument(ProgressReporter& progress) {
         record.contactID = contact;
         records.push_back(std::move(record));
         totalPagesMergeDocs += templatePages;
+        if (fromFilter) {
+            db->moveNext(m_remittFilteredRST);
+        }
         doEventsIfInputPending();
     }
     progress.end();
+    return true;
 }
 
 void MergeResultDocument::saveMergeDocument(ProgressReporter& progress, const QString& vaultRoot) {
@@ -122,8 +151,13 @@ void MergeResultDocument::saveMergeDocument(ProgressReporter& progress, const QS
     saved.documentType = DocumentModel::SavedMergeResult;
     const int type = model.InformationType;
 
+    const bool appointmentsFromFilter = type == 5 && mergesFromFilter();
     for (MergedRecord& record : records) {
-        progress.step(QStringLiteral("Saving document for ") + record.name);
+        progress.step(
+            appointmentsFromFilter
+                ? QStringLiteral("Saving document for appointment: ") +
+                      MergeLookups::getAppointmentSubjectFromAppointmentID(record.appointmentID)
+                : QStringLiteral("Saving document for ") + record.name);
         scratch.setTextRTF(record.rtf);
         doEventsIfInputPending();
 
@@ -170,4 +204,84 @@ void MergeResultDocument::saveMergeDocument(ProgressReporter& progress, const QS
         }
     }
     progress.end();
+}
+
+MergeResultDocument::~MergeResultDocument() {
+    closeRemittRST();
+}
+
+bool MergeResultDocument::mergesFromFilter() const {
+    return (model.InformationType == 4 || model.InformationType == 5) && IDList.isEmpty();
+}
+
+void MergeResultDocument::closeRemittRST() {
+    databaseControl* db = app().database;
+    if (db && db->isConnected()) {
+        db->closeRecordset(m_remittFilteredRST);
+        db->closeRecordset(m_remittRST);
+    }
+    m_remittFilteredRST = -1;
+    m_remittRST = -1;
+}
+
+bool MergeResultDocument::connectToRemittRST() {
+    ProcedureScope scope(app().errors, "QuillmerePad.exe-frmDocument-connectToRemittRST");
+    databaseControl* db = app().database;
+    if (!db || !db->isConnected()) {
+        return false;
+    }
+    closeRemittRST();
+    QString sql;
+    if (model.InformationType == 4) {
+        sql = taskSearch.generateSQLStr();
+    } else if (model.InformationType == 5) {
+        sql = appointmentSearch.generateSQLStr();
+    } else {
+        return false;
+    }
+    m_remittRST =
+        db->openRecordset(sql, databaseControl::KeysetCursor, databaseControl::ReadOnlyLock);
+    try {
+        m_remittFilteredRST = db->filterRecordset(m_remittRST, SQLFilter);
+    } catch (...) {
+        closeRemittRST();
+        throw;
+    }
+    return m_remittFilteredRST >= 0;
+}
+
+int MergeResultDocument::remittRecordCount() const {
+    databaseControl* db = app().database;
+    if (m_remittFilteredRST < 0 || !db || !db->isConnected()) {
+        return -1;
+    }
+    return db->recordCount(m_remittFilteredRST);
+}
+
+bool MergeResultDocument::isRemittRSTConnected(bool showMessages) {
+    ProcedureScope scope(app().errors, "QuillmerePad.exe-frmDocument-isRemittRSTConnected");
+    auto tell = [](const QString& text) {
+        if (app().msgbox) {
+            app().msgbox->showMessage(text);
+        }
+    };
+    bool answer = false;
+    databaseControl* db = app().database;
+    if (db && db->isConnected()) {
+        // A set left from an earlier walk is reused; otherwise one is made.
+        if (m_remittFilteredRST >= 0 || connectToRemittRST()) {
+            if (db->recordCount(m_remittFilteredRST) == 0) {
+                tell(QStringLiteral("There are no items that match the search criteria you have "
+                                    "indicated.  Please try again."));
+                showMessages = false;
+            } else {
+                answer = true;
+            }
+        }
+    }
+    if (!answer && showMessages) {
+        tell(QStringLiteral("Quillmere Pad was unable to open the required items for merge.  "
+                            "Please try again."));
+    }
+    return answer;
 }

@@ -2,6 +2,8 @@
 
 #include "documents/DocumentModel.h"
 #include "platform/FieldTable.h"
+#include "search/clsSearchAppointments.h"
+#include "search/clsSearchTasks.h"
 
 #include <QString>
 #include <QStringList>
@@ -29,6 +31,12 @@ struct MergedRecord {
 // must exist.
 class MergeResultDocument {
 public:
+    MergeResultDocument() = default;
+    // Closes the filter record sets.
+    ~MergeResultDocument();
+    MergeResultDocument(const MergeResultDocument&) = delete;
+    MergeResultDocument& operator=(const MergeResultDocument&) = delete;
+
     // The template's page setup and kind; InformationType chooses the walk.
     DocumentModel model;
     // Caption of the template ("Merge Template - Year End Letter"), used
@@ -41,17 +49,48 @@ public:
     // appointment IDs in column 1 for kinds 4 and 5.
     FieldTable IDList{2};
 
+    // A task or appointment merge without IDList rows walks the SELECT of
+    // its search object, narrowed by this record-set filter (what a host or
+    // the search dialog hands in; blank keeps every row of the SELECT).
+    QString SQLFilter;
+    clsSearchTasks taskSearch;
+    clsSearchAppointments appointmentSearch;
+
     std::vector<MergedRecord> records;
     int totalPagesMergeDocs = 0;
 
-    // Fills `records`, one per IDList row (sorted for kinds 1 to 3), and
+    // Fills `records`, one per IDList row (sorted for kinds 1 to 3) or, for
+    // kinds 4 and 5 without rows, one per row of the filter record set, and
     // tells the progress each step. Kinds other than 1 to 5 make nothing.
-    // Faults (a database that went away) pass as QmError to the caller.
-    void createMergeDocument(ProgressReporter& progress);
+    // False only when the filter record set cannot be had (the user has been
+    // told through app().msgbox). Faults (a database that went away, a
+    // filter that does not parse) pass as QmError to the caller.
+    bool createMergeDocument(ProgressReporter& progress);
 
     // Writes every record into its client's vault folder below `vaultRoot`
     // (empty: the working folders' vault root) as a saved merge result with
     // its trailer, reusing the paths of an earlier save while their files
     // exist. Each file is written whole and renamed into place.
     void saveMergeDocument(ProgressReporter& progress, const QString& vaultRoot = QString());
+
+    // Opens the SELECT of the search object of this kind (4 tasks, 5
+    // appointments) and the set of its rows that pass SQLFilter, closing
+    // earlier ones. True when the filtered set is open; false without a
+    // connection or for another kind. A SELECT or filter that fails throws
+    // QmError, with nothing left open.
+    bool connectToRemittRST();
+    // Whether the filtered set is open and has rows, connecting first when
+    // it is not open. An empty set tells the user there are no items; when
+    // the answer is false for another reason and showMessages is set, the
+    // user is told the items could not be opened.
+    bool isRemittRSTConnected(bool showMessages);
+    // Rows of the filtered set, -1 when it is not open.
+    int remittRecordCount() const;
+
+private:
+    void closeRemittRST();
+    bool mergesFromFilter() const;
+
+    int m_remittRST = -1;
+    int m_remittFilteredRST = -1;
 };

@@ -4,6 +4,7 @@
 #include "platform/fileControl.h"
 #include "support/TestEnvironment.h"
 
+#include <QFileInfo>
 #include <gtest/gtest.h>
 
 namespace {
@@ -123,6 +124,110 @@ TEST_F(MergeCommandsTest, MergeRefusesBadUsage) {
         EXPECT_FALSE(r.err.isEmpty());
         EXPECT_TRUE(r.out.isEmpty());
     }
+}
+
+// Task and appointment merges chosen by search criteria on the command line.
+class FilteredMergeCommandTest : public MergeCommandsTest {
+protected:
+    void SetUp() override {
+        database = env.path("practice.qmd");
+        MergeTestDatabase db(database);
+        db.fillStandardPractice();
+        db.insert("Schedule", {{"ScheduleID", 501},
+                               {"ClientNum", 1030},
+                               {"scheduleName", "GST Return Q2"},
+                               {"DueDate", "2024-05-31"}});
+        db.insert("Schedule", {{"ScheduleID", 502},
+                               {"ClientNum", 1020},
+                               {"scheduleName", "Payroll Remittance"},
+                               {"DueDate", "2024-02-15"}});
+        db.insert("Appointments", {{"AppointmentID", 703},
+                                   {"CompanyIDNum", 30},
+                                   {"Subject", "O'Neil's review"},
+                                   {"DateFrom", "2024-06-04"}});
+    }
+    CommandRun merge(const QStringList& extra) {
+        return run(runMergeCommand, QStringList{letter, "--database", database, "--out", root,
+                                                "--today", "2024-03-05"} +
+                                        extra);
+    }
+    // The recipient names of the output, in order.
+    static QStringList names(const QString& out) {
+        QStringList result;
+        for (const QString& line : out.split(u'\n', Qt::SkipEmptyParts)) {
+            result << line.section(u'\t', 0, 0);
+        }
+        return result;
+    }
+    const QString root = env.root() + "/vault";
+};
+
+TEST_F(FilteredMergeCommandTest, CriteriaChooseTheRecords) {
+    const struct {
+        const char* name;
+        QStringList args;
+        QStringList names;
+    } cases[] = {
+        {"TaskName",
+         {"--tasks", "taskName=GST;searchByTaskName=1;SQLSort=ORDER BY Schedule.DueDate"},
+         {"Acme Widgets", "Gamma Ltd"}},
+        {"TaskDueRange",
+         {"--tasks", "searchDueDate=1;dateMatch=4;firstDate=2024-01-01;secondDate=2024-04-30"},
+         {"Acme Widgets", "Beta {Braces} \\Back"}},
+        {"TypeGivenToo",
+         {"--type", "4", "--tasks", "searchByClient=1;companyID=30"},
+         {"Gamma Ltd"}},
+        {"AppointmentSubjectWithApostrophe",
+         {"--appointments", "searchBySubject=1;subjectText=O'Neil"},
+         {"Gamma Ltd"}},
+        {"AppointmentsInDateOrder",
+         {"--appointments", "dateMatch=1;firstDate=2024-06-01"},
+         {"Acme Widgets", "Gamma Ltd"}},
+    };
+    for (const auto& c : cases) {
+        const CommandRun r = merge(c.args);
+        ASSERT_EQ(r.status, 0) << c.name << ": " << r.err.toStdString();
+        EXPECT_EQ(names(r.out), c.names) << c.name << ": " << r.out.toStdString();
+    }
+    const QByteArray gamma =
+        *fileControl::readWholeFile(root + "/Gamma Ltd/Mar 5 2024 - Year End Letter.qmw");
+    EXPECT_TRUE(gamma.contains("{\\QMInformationType \\val 5}")) << gamma.constData();
+}
+
+TEST_F(FilteredMergeCommandTest, BadCriteriaAndEmptyResultsAreRefused) {
+    const struct {
+        const char* name;
+        QStringList args;
+        int status;
+        const char* err; // part of the error output
+    } cases[] = {
+        {"UnknownField", {"--tasks", "TaskName=GST"}, 2, "Unknown search field \"TaskName\""},
+        {"UnknownAppointmentField",
+         {"--appointments", "taskName=GST"},
+         2,
+         "Unknown search field \"taskName\""},
+        {"BadValue", {"--tasks", "dateMatch=often"}, 2, "dateMatch takes a whole number"},
+        {"Apostrophe", {"--tasks", "taskName=O'Neil;searchByTaskName=1"}, 2, "apostrophe"},
+        {"BrokenFilter", {"--tasks", "searchDueDate=1;dateMatch=9"}, 2, "filter"},
+        {"OtherType",
+         {"--type", "1", "--tasks", "taskName=GST"},
+         2,
+         "--tasks merges information type 4"},
+        {"TwoSources", {"--all", "--tasks", "taskName=GST"}, 2, "Usage:"},
+        {"NoItems",
+         {"--tasks", "taskName=nothing;searchByTaskName=1"},
+         1,
+         "There are no items that match the search criteria you have indicated.  Please try "
+         "again."},
+    };
+    for (const auto& c : cases) {
+        const CommandRun r = merge(c.args);
+        EXPECT_EQ(r.status, c.status) << c.name;
+        EXPECT_TRUE(r.err.contains(QString::fromUtf8(c.err)))
+            << c.name << ": " << r.err.toStdString();
+        EXPECT_TRUE(r.out.isEmpty()) << c.name;
+    }
+    EXPECT_FALSE(QFileInfo::exists(root));
 }
 
 } // namespace

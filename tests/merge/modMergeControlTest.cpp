@@ -3,6 +3,7 @@
 #include "app/AppContext.h"
 #include "merge/MergeTestDatabase.h"
 #include "merge/clsInsertFieldsInRTB.h"
+#include "platform/MsgboxClass.h"
 #include "platform/ProgressReporter.h"
 #include "platform/errorClass.h"
 #include "platform/fileControl.h"
@@ -144,6 +145,194 @@ TEST_F(MergeRunTest, AnUnwritableVaultFailsWithoutAFile) {
     EXPECT_THROW(result.saveMergeDocument(progress, blocker), QmError);
     EXPECT_TRUE(result.records[0].savedPath.isEmpty() ||
                 !QFileInfo::exists(result.records[0].savedPath));
+}
+
+// Task and appointment merges that walk a filter instead of IDList rows.
+class FilteredMergeTest : public MergeRunTest {
+protected:
+    void SetUp() override {
+        MergeRunTest::SetUp();
+        context->msgbox = &msgbox;
+        db->insert("Schedule", {{"ScheduleID", 501},
+                                {"ClientNum", 1030},
+                                {"scheduleName", "GST Return Q2"},
+                                {"DueDate", "2024-05-31"}});
+        db->insert("Schedule", {{"ScheduleID", 502},
+                                {"ClientNum", 1010},
+                                {"scheduleName", "Payroll Remittance"},
+                                {"DueDate", "2024-02-15"},
+                                {"Closed", 1}});
+        db->insert("Schedule", {{"ScheduleID", 503},
+                                {"ClientNum", 1020},
+                                {"scheduleName", "GST Hidden"},
+                                {"DueDate", "2024-03-31"},
+                                {"hideInTasks", 1}});
+        db->insert("Appointments", {{"AppointmentID", 702},
+                                    {"CompanyIDNum", 30},
+                                    {"Subject", "GST planning"},
+                                    {"DateFrom", "2024-05-10"},
+                                    {"TimeFrom", "1899-12-30 09:00:00"}});
+        db->insert("Appointments", {{"AppointmentID", 703},
+                                    {"CompanyIDNum", 10},
+                                    {"Subject", "O'Neil's review"},
+                                    {"DateFrom", "2024-06-03"},
+                                    {"TimeFrom", "1899-12-30 08:00:00"}});
+    }
+    void prepare(int type) {
+        result.model.InformationType = type;
+        result.model.documentType = 2;
+        result.IDList.clear();
+        fields.createDefaultFieldListStructure(type, true, true);
+    }
+    QList<int> ids() const {
+        QList<int> out;
+        for (const MergedRecord& r : result.records) {
+            out << (result.model.InformationType == 4 ? r.scheduleID : r.appointmentID);
+        }
+        return out;
+    }
+    ScriptedMsgbox msgbox;
+};
+
+TEST_F(FilteredMergeTest, TaskMergeWalksTheFilteredTasksInOrder) {
+    prepare(4);
+    result.taskSearch.searchByTaskName = true;
+    result.taskSearch.taskName = "GST";
+    result.taskSearch.SQLSort = "ORDER BY Schedule.DueDate;";
+    result.taskSearch.generateSQLFilter();
+    result.SQLFilter = result.taskSearch.SQLFilter;
+    ASSERT_TRUE(result.connectToRemittRST());
+    ASSERT_TRUE(result.createMergeDocument(progress));
+    EXPECT_EQ(ids(), QList<int>({500, 501}));
+    EXPECT_EQ(names(), QStringList({"Acme Widgets", "Gamma Ltd"}));
+    EXPECT_EQ(progress.maximum(), 2);
+    EXPECT_EQ(progress.steps(),
+              QStringList({"Merging 1st Quarterly GST Payment", "Merging GST Return Q2"}));
+    EXPECT_TRUE(result.records[1].rtf.contains(
+        "Gamma Ltd / Pat Lee / \\'abAppointment Name\\'bb / GST Return Q2"))
+        << result.records[1].rtf.toStdString();
+    EXPECT_EQ(result.records[0].contactID, 100);
+    EXPECT_TRUE(msgbox.texts().isEmpty());
+
+    // The save walk goes the same way, into each client's folder.
+    RecordingProgress saving;
+    const QString root = env.root() + "/vault";
+    result.saveMergeDocument(saving, root);
+    EXPECT_EQ(saving.steps(),
+              QStringList({"Saving document for Acme Widgets", "Saving document for Gamma Ltd"}));
+    EXPECT_TRUE(result.records[1].savedPath.startsWith(root + "/Gamma Ltd/"));
+    EXPECT_TRUE(QFileInfo::exists(result.records[1].savedPath));
+}
+
+TEST_F(FilteredMergeTest, AppointmentMergeWalksTheSelectInDateAndTimeOrder) {
+    prepare(5);
+    result.appointmentSearch.searchBySubject = true;
+    result.appointmentSearch.subjectText = "review";
+    // Connected on demand by the walk itself.
+    ASSERT_TRUE(result.createMergeDocument(progress));
+    EXPECT_EQ(ids(), QList<int>({703, 700}));
+    EXPECT_EQ(progress.steps(), QStringList({"Merging appointment: O'Neil's review",
+                                             "Merging appointment: Year end review"}));
+    EXPECT_EQ(names(), QStringList({"Acme Widgets", "Acme Widgets"}));
+    EXPECT_TRUE(result.records[0].rtf.contains(" O'Neil's review"))
+        << result.records[0].rtf.toStdString();
+
+    RecordingProgress saving;
+    result.saveMergeDocument(saving, env.root() + "/vault");
+    EXPECT_EQ(saving.steps(), QStringList({"Saving document for appointment: O'Neil's review",
+                                           "Saving document for appointment: Year end review"}));
+}
+
+TEST_F(FilteredMergeTest, AHostFilterNarrowsTheRowsOfTheSelect) {
+    const struct {
+        const char* name;
+        int type;
+        const char* filter;
+        QList<int> ids;
+    } cases[] = {
+        {"AllTasksOfTheSelect", 4, "", {500, 501, 502, 503}},
+        {"TaskFilterAsTheSearchMakesIt", 4, "Closed = False AND hideInTasks = False", {500, 501}},
+        {"TasksOfOneClient", 4, "ClientDataID = 1010", {500, 502}},
+        {"AppointmentWhereBody", 5, "DateFrom >= #6/1/2024# AND TimeFrom >= #1:00:00 PM#", {700}},
+        {"AppointmentSubject", 5, "Subject LIKE '%O''Neil%'", {703}},
+    };
+    for (const auto& c : cases) {
+        prepare(c.type);
+        result.taskSearch.SQLSort = "ORDER BY Schedule.ScheduleID;";
+        result.SQLFilter = c.filter;
+        ASSERT_TRUE(result.connectToRemittRST()) << c.name;
+        ASSERT_TRUE(result.createMergeDocument(progress)) << c.name;
+        EXPECT_EQ(ids(), c.ids) << c.name;
+    }
+    // Rows given in IDList win over the filter.
+    prepare(4);
+    result.IDList.addRow(1, {"502", ""});
+    ASSERT_TRUE(result.createMergeDocument(progress));
+    EXPECT_EQ(ids(), QList<int>({502}));
+}
+
+TEST_F(FilteredMergeTest, NoItemsAndNoConnectionTellTheUser) {
+    const QString noItems = "There are no items that match the search criteria you have "
+                            "indicated.  Please try again.";
+    const QString unable =
+        "Quillmere Pad was unable to open the required items for merge.  Please try again.";
+
+    prepare(4);
+    result.SQLFilter = "scheduleName LIKE '*nothing*'";
+    EXPECT_FALSE(result.createMergeDocument(progress));
+    EXPECT_TRUE(result.records.empty());
+    // The empty case says so once, without the second message.
+    EXPECT_EQ(msgbox.texts(), QStringList({noItems}));
+
+    msgbox.clear();
+    EXPECT_FALSE(result.isRemittRSTConnected(false));
+    EXPECT_EQ(msgbox.texts(), QStringList({noItems}));
+
+    // Another kind has no filter record set.
+    msgbox.clear();
+    prepare(1);
+    EXPECT_FALSE(result.connectToRemittRST());
+    EXPECT_FALSE(result.isRemittRSTConnected(true));
+    EXPECT_EQ(msgbox.texts(), QStringList({unable}));
+    msgbox.clear();
+    EXPECT_FALSE(result.isRemittRSTConnected(false));
+    EXPECT_TRUE(msgbox.texts().isEmpty());
+
+    // Without a connection.
+    prepare(5);
+    databaseControl* database = context->database;
+    context->database = nullptr;
+    EXPECT_FALSE(result.connectToRemittRST());
+    EXPECT_FALSE(result.createMergeDocument(progress));
+    EXPECT_EQ(msgbox.texts(), QStringList({unable}));
+    context->database = database;
+}
+
+TEST_F(FilteredMergeTest, BrokenFiltersFailWithNothingLeftOpen) {
+    const int before = db->db().openRecordsetCount();
+    const struct {
+        const char* name;
+        int type;
+        const char* filter;
+    } cases[] = {
+        {"UnbalancedQuote", 4, "scheduleName LIKE 'GST"},
+        {"UnknownColumn", 4, "NoSuchColumn = 1"},
+        {"BareJoin", 4, " AND hideInTasks = False"},
+        {"BadDate", 5, "DateFrom >= #13/45/2024#"},
+    };
+    for (const auto& c : cases) {
+        prepare(c.type);
+        result.SQLFilter = c.filter;
+        EXPECT_THROW(result.connectToRemittRST(), QmError) << c.name;
+        EXPECT_EQ(db->db().openRecordsetCount(), before) << c.name;
+        EXPECT_THROW(result.createMergeDocument(progress), QmError) << c.name;
+        EXPECT_EQ(db->db().openRecordsetCount(), before) << c.name;
+    }
+    // A database without the tables fails the same way.
+    prepare(4);
+    result.SQLFilter.clear();
+    db->exec("DROP TABLE Schedule");
+    EXPECT_THROW(result.connectToRemittRST(), QmError);
 }
 
 } // namespace
