@@ -344,7 +344,7 @@ void clsPopulateClientTree::readEmployees() {
         // Staff without a category of the firm's own show in the firm
         // category itself rather than nowhere.
         const bool placed = e.category != -1 && m_categoryByID.contains(e.category) &&
-                            categoryBelongsTo(e.category, firm);
+                            ancestry(e.category, firm).value_or(false);
         m_employeesByCategory[placed ? e.category : firm].push_back(index);
     });
 }
@@ -390,7 +390,7 @@ void clsPopulateClientTree::readPersonalStatus() {
 
 // --- Category questions, answered from the rows in memory -----------------
 
-bool clsPopulateClientTree::categoryBelongsTo(int categoryID, int ancestorID) const {
+std::optional<bool> clsPopulateClientTree::ancestry(int categoryID, int ancestorID) const {
     int at = categoryID;
     // A chain longer than the table has rows has come back on itself.
     for (size_t step = 0; step <= m_categories.size(); ++step) {
@@ -404,6 +404,12 @@ bool clsPopulateClientTree::categoryBelongsTo(int categoryID, int ancestorID) co
             return false;
         at = c.parent;
     }
+    return std::nullopt;
+}
+
+bool clsPopulateClientTree::categoryBelongsTo(int categoryID, int ancestorID) const {
+    if (const std::optional<bool> belongs = ancestry(categoryID, ancestorID))
+        return *belongs;
     throw QmError(
         QmError::DatabaseError,
         QStringLiteral("The category tree loops: category %1 lies below itself.").arg(categoryID));

@@ -198,6 +198,9 @@ private:
     QString contactName(int handle, int row, int hostContactID, bool showRelationship) const;
 
     // In-memory answers of the category lookups.
+    // Whether the category lies at or below the ancestor; nothing when its
+    // chain of parents loops. categoryBelongsTo raises the loop as a fault.
+    std::optional<bool> ancestry(int categoryID, int ancestorID) const;
     bool categoryBelongsTo(int categoryID, int ancestorID) const;
     int taxYearOfCategory(int categoryID) const;
     int currentTaxYear();
