@@ -200,7 +200,8 @@ QString JetSqlTranslator::storageText(const QDateTime& value, bool hasDate, bool
     return value.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
 }
 
-TranslatedSql JetSqlTranslator::translate(const QString& jetSql) {
+TranslatedSql JetSqlTranslator::translate(const QString& jetSql,
+                                          const std::vector<bool>& textPlaceholders) {
     std::vector<Token> tokens = tokenize(jetSql);
     TranslatedSql result;
     QString& out = result.sql;
@@ -260,6 +261,17 @@ TranslatedSql JetSqlTranslator::translate(const QString& jetSql) {
             out += t.text == u"!=" ? QStringLiteral("<>") : t.text;
             break;
         case Kind::Punct:
+            if (t.text == u"?") {
+                // A parameter of the caller: its slot is filled when bound.
+                const size_t n = result.placeholders.size();
+                result.placeholders.push_back(int(result.parameters.size()));
+                result.parameters << QVariant();
+                if (n < textPlaceholders.size() && textPlaceholders[n] && before &&
+                    isComparison(*before)) {
+                    out += QStringLiteral("? COLLATE NOCASE");
+                    break;
+                }
+            }
             if (t.text == u"(")
                 ++depth;
             else if (t.text == u")")

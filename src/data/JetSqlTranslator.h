@@ -5,6 +5,7 @@
 #include <QVariant>
 #include <QVariantList>
 #include <optional>
+#include <vector>
 
 // The one translation step between the SQL text the program builds (the old
 // desktop engine's dialect) and SQLite. Literal values are lifted out into
@@ -22,16 +23,24 @@
 //   "text"                -> a text literal, as the old engine read it
 // Everything else (parenthesised joins, IS NULL, NOT, DISTINCT) is left as
 // it stands.
+//
+// A "?" in the text is a parameter of the caller: `placeholders` lists the
+// positions in `parameters` that its values go to, in order.
 struct TranslatedSql {
     QString sql;
     QVariantList parameters;
+    std::vector<int> placeholders;
 };
 
 class JetSqlTranslator {
 public:
     // Throws QmError(DatabaseError) for an unterminated literal or a date
     // literal that is not a date.
-    static TranslatedSql translate(const QString& jetSql);
+    // `textPlaceholders[i]` tells that the i-th "?" takes a text, which is
+    // then compared without regard to case as a text literal would be;
+    // numbers are left bare so that the key's index stays usable.
+    static TranslatedSql translate(const QString& jetSql,
+                                   const std::vector<bool>& textPlaceholders = {});
 
     // Reads the text between # marks: m/d/yyyy, m/d/yy, yyyy-mm-dd,
     // optionally followed by a time ("h:mm", "h:mm:ss", with am/pm), or a

@@ -1,9 +1,8 @@
 #include "data/databaseControl.h"
 
-#include "data/LookupStatements.h"
-
 #include "data/ClientDatabaseSchema.h"
 #include "data/JetSqlTranslator.h"
+#include "data/LookupStatements.h"
 #include "data/Recordset.h"
 #include "data/RecordsetFilter.h"
 #include "platform/errorClass.h"

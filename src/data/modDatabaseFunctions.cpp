@@ -14,25 +14,29 @@ int idLookup(const char* procedure, const QString& sqlStart, int id, const QStri
     databaseControl* db = connected();
     if (!db)
         return -1;
-    return toID(firstValue(*db, sqlStart + QString::number(id) + u';', column));
+    return toID(
+        db->lookupValue(sqlStart + QStringLiteral("?;"), {id}, column).value_or(QVariant()));
 }
 
-QString textLookup(const char* procedure, const QString& sql, const QString& column) {
+QString textLookup(const char* procedure, const QString& sql, const QVariantList& arguments,
+                   const QString& column) {
     ProcedureScope scope(app().errors, tag(procedure));
     databaseControl* db = connected();
     if (!db)
         return {};
-    return toText(firstValue(*db, sql, column));
+    return toText(db->lookupValue(sql, arguments, column).value_or(QVariant()));
 }
 
+// sqlStart ends with the key column and its operator; the ID is bound.
 bool rowExists(const char* procedure, const QString& sqlStart, const QString& idText) {
     ProcedureScope scope(app().errors, tag(procedure));
     databaseControl* db = connected();
     int id = 0;
     if (!db || !parseID(idText, id))
         return false;
-    ScopedRecordset rs(*db, sqlStart + QString::number(id) + u';');
-    return rs.hasRecords();
+    const QString sql = sqlStart + QStringLiteral("?;");
+    const QString column = sql.section(u' ', 1, 1).section(u',', 0, 0);
+    return db->lookupValue(sql, {id}, column).has_value();
 }
 
 short toStatus(const QVariant& value) {
@@ -101,9 +105,8 @@ QString getScheduleNameFromScheduleID(int scheduleID) {
     return textLookup(
         "getScheduleNameFromScheduleID",
         QStringLiteral(
-            "SELECT Schedule.ScheduleID, Schedule.scheduleName FROM Schedule WHERE ScheduleID=%1;")
-            .arg(scheduleID),
-        QStringLiteral("scheduleName"));
+            "SELECT Schedule.ScheduleID, Schedule.scheduleName FROM Schedule WHERE ScheduleID=?;"),
+        {scheduleID}, QStringLiteral("scheduleName"));
 }
 
 QString getAppointmentSubjectFromAppointmentID(int appointmentID) {
@@ -111,27 +114,24 @@ QString getAppointmentSubjectFromAppointmentID(int appointmentID) {
         "getAppointmentSubjectFromAppointmentID",
         QStringLiteral(
             "SELECT Appointments.AppointmentID, Appointments.Subject FROM Appointments WHERE "
-            "AppointmentID=%1;")
-            .arg(appointmentID),
-        QStringLiteral("Subject"));
+            "AppointmentID=?;"),
+        {appointmentID}, QStringLiteral("Subject"));
 }
 
 QString getDisplayNameFromContactID(int contactID) {
     return textLookup(
         "getDisplayNameFromContactID",
         QStringLiteral(
-            "SELECT Contacts.ContactID, Contacts.DisplayName FROM Contacts WHERE ContactID=%1;")
-            .arg(contactID),
-        QStringLiteral("DisplayName"));
+            "SELECT Contacts.ContactID, Contacts.DisplayName FROM Contacts WHERE ContactID=?;"),
+        {contactID}, QStringLiteral("DisplayName"));
 }
 
 QString getCompanyNameFromCompanyID(int companyID) {
     return textLookup(
         "getCompanyNameFromCompanyID",
         QStringLiteral(
-            "SELECT Companies.CompanyID, Companies.CompanyName FROM Companies WHERE CompanyID=%1;")
-            .arg(companyID),
-        QStringLiteral("CompanyName"));
+            "SELECT Companies.CompanyID, Companies.CompanyName FROM Companies WHERE CompanyID=?;"),
+        {companyID}, QStringLiteral("CompanyName"));
 }
 
 QString getCompanyNameFromClientDataID(int clientDataID) {
@@ -142,7 +142,7 @@ QString getCompanyNameFromClientDataID(int clientDataID) {
 QString getAccountantFirmName() {
     return textLookup(
         "getAccountantFirmName",
-        QStringLiteral("SELECT AccountantFirmInfo.CompanyName From AccountantFirmInfo;"),
+        QStringLiteral("SELECT AccountantFirmInfo.CompanyName From AccountantFirmInfo;"), {},
         QStringLiteral("CompanyName"));
 }
 
@@ -152,9 +152,8 @@ QString getUserNameFromUserID(int userID) {
         QStringLiteral(
             "SELECT AccountantEmployeeInfo.ContactID, AccountantEmployeeInfo.UserName FROM "
             "AccountantEmployeeInfo") +
-            QStringLiteral(" WHERE ContactID = ") + QString::number(userID) +
-            QStringLiteral(" ORDER BY AccountantEmployeeInfo.UserName;"),
-        QStringLiteral("UserName"));
+            QStringLiteral(" WHERE ContactID = ? ORDER BY AccountantEmployeeInfo.UserName;"),
+        {userID}, QStringLiteral("UserName"));
 }
 
 bool validAppointmentID(const QString& id) {

@@ -409,6 +409,118 @@ TEST_F(DatabaseControlTest, FillListAddsEveryRow) {
     EXPECT_EQ(list.item(3)->text(), QStringLiteral("ob@example.com"));
 }
 
+// A one-value lookup answers what a record set of the same statement with
+// the value written in would answer, kinds included.
+struct LookupCase {
+    const char* name;
+    const char* shape;
+    QVariantList arguments;
+    const char* column;
+};
+
+class LookupValueTest : public DatabaseControlTest,
+                        public ::testing::WithParamInterface<LookupCase> {};
+
+TEST_P(LookupValueTest, AnswersAsTheRecordSetDoes) {
+    const LookupCase& c = GetParam();
+    QString literal = QString::fromUtf8(c.shape);
+    for (const QVariant& argument : c.arguments) {
+        QString text = argument.toString();
+        databaseControl::escapeSQLText(text);
+        const bool number = argument.typeId() == QMetaType::Int;
+        literal.replace(literal.indexOf(u'?'), 1, number ? text : u'\'' + text + u'\'');
+    }
+    const int h = m_db->openRecordset(literal);
+    std::optional<QVariant> expected;
+    if (m_db->hasRecords(h))
+        expected = m_db->getField(h, QString::fromUtf8(c.column));
+    m_db->closeRecordset(h);
+
+    const auto actual =
+        m_db->lookupValue(QString::fromUtf8(c.shape), c.arguments, QString::fromUtf8(c.column));
+    ASSERT_EQ(actual.has_value(), expected.has_value());
+    if (expected) {
+        EXPECT_EQ(actual->typeId(), expected->typeId());
+        EXPECT_EQ(actual->isNull(), expected->isNull());
+        EXPECT_EQ(*actual, *expected);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Lookups, LookupValueTest,
+    ::testing::Values(
+        LookupCase{"TextColumn",
+                   "SELECT Companies.CompanyID, Companies.CompanyName FROM Companies WHERE "
+                   "CompanyID=?;",
+                   {10},
+                   "CompanyName"},
+        LookupCase{"QualifiedColumnName",
+                   "SELECT Companies.CompanyName FROM Companies WHERE CompanyID=?;",
+                   {10},
+                   "Companies.CompanyName"},
+        LookupCase{
+            "NullText", "SELECT Companies.Email FROM Companies WHERE CompanyID=?;", {10}, "Email"},
+        LookupCase{
+            "EmptyText", "SELECT Companies.Email FROM Companies WHERE CompanyID=?;", {11}, "email"},
+        LookupCase{"NoRow",
+                   "SELECT Companies.CompanyName FROM Companies WHERE CompanyID=?;",
+                   {999},
+                   "CompanyName"},
+        LookupCase{"YesNoStoredAsMinusOne",
+                   "SELECT Schedule.closed FROM Schedule WHERE ScheduleID=?;",
+                   {302},
+                   "closed"},
+        LookupCase{"StoredDate",
+                   "SELECT Schedule.DueDate FROM Schedule WHERE ScheduleID=?;",
+                   {302},
+                   "DueDate"},
+        LookupCase{"TextArgumentComparedWithoutCase",
+                   "SELECT Companies.CompanyID FROM Companies WHERE CompanyName=?;",
+                   {QStringLiteral("ACME widgets")},
+                   "CompanyID"},
+        LookupCase{"LiteralsAndArgumentsTogether",
+                   "SELECT Companies.CompanyID FROM Companies WHERE CompanyName<>'x' AND "
+                   "CompanyID=? AND CompanyName LIKE 'A*';",
+                   {10},
+                   "CompanyID"}),
+    [](const ::testing::TestParamInfo<LookupCase>& p) { return std::string(p.param.name); });
+
+TEST_F(DatabaseControlTest, LookupArgumentsNeverBecomeStatementText) {
+    // A hostile value is only ever a value: no row has this name.
+    const auto injected = m_db->lookupValue(
+        QStringLiteral("SELECT Companies.CompanyID FROM Companies WHERE CompanyName=?;"),
+        {QStringLiteral("x' OR '1'='1")}, QStringLiteral("CompanyID"));
+    EXPECT_FALSE(injected.has_value());
+    const auto named = m_db->lookupValue(
+        QStringLiteral("SELECT Companies.CompanyID FROM Companies WHERE CompanyID=?;"),
+        {QStringLiteral("10; DROP TABLE Companies")}, QStringLiteral("CompanyID"));
+    EXPECT_FALSE(named.has_value());
+    EXPECT_EQ(column(QStringLiteral("SELECT Companies.CompanyID FROM Companies;"),
+                     QStringLiteral("CompanyID"))
+                  .size(),
+              4);
+}
+
+TEST_F(DatabaseControlTest, BadLookupsGoToTheHandler) {
+    const QString shape =
+        QStringLiteral("SELECT Companies.CompanyName FROM Companies WHERE CompanyID=?;");
+    EXPECT_THROW(m_db->lookupValue(shape, {}, QStringLiteral("CompanyName")), QmError);
+    EXPECT_THROW(m_db->lookupValue(shape, {1, 2}, QStringLiteral("CompanyName")), QmError);
+    EXPECT_THROW(m_db->lookupValue(shape, {10}, QStringLiteral("NoSuchColumn")), QmError);
+    EXPECT_THROW(m_db->lookupValue(QStringLiteral("SELECT Nothing.x FROM Nothing WHERE x=?;"), {1},
+                                   QStringLiteral("x")),
+                 QmError);
+    // The statement that failed leaves the connection usable.
+    EXPECT_EQ(m_db->lookupValue(shape, {10}, QStringLiteral("CompanyName"))->toString(),
+              QStringLiteral("Acme Widgets"));
+    m_db->disconnect();
+    EXPECT_THROW(m_db->lookupValue(shape, {10}, QStringLiteral("CompanyName")), QmError);
+    // Prepared statements do not outlive the connection they were made on.
+    m_db->connect();
+    EXPECT_EQ(m_db->lookupValue(shape, {10}, QStringLiteral("CompanyName"))->toString(),
+              QStringLiteral("Acme Widgets"));
+}
+
 TEST(DatabaseControlStatic, DateAndTextHelpers) {
     EXPECT_EQ(databaseControl::formatDateForSQL(QDate(2024, 2, 5)), QStringLiteral("2/5/2024"));
     QString text = QStringLiteral("O'Neil's");
@@ -501,12 +613,23 @@ TEST_F(DatabaseControlTest, ReadsWhileAnotherProcessWrites) {
             QStringLiteral("SELECT Schedule.ScheduleID, Schedule.Amount FROM Schedule;"));
         const int count = m_db->recordCount(h);
         EXPECT_GE(count, lastCount);
+        EXPECT_GE(m_db->lookupValue(QStringLiteral("SELECT COUNT(*) AS n FROM Schedule WHERE "
+                                                   "ScheduleID>?;"),
+                                    {0}, QStringLiteral("n"))
+                      ->toInt(),
+                  count);
         lastCount = count;
         m_db->closeRecordset(h);
         ++reads;
         writer.waitForFinished(5);
     }
     EXPECT_EQ(writer.exitCode(), 0);
+    // A prepared lookup that ran while the writer worked sees its last row.
+    EXPECT_EQ(m_db->lookupValue(QStringLiteral("SELECT COUNT(*) AS n FROM Schedule WHERE "
+                                               "ScheduleID>?;"),
+                                {0}, QStringLiteral("n"))
+                  ->toInt(),
+              3 + 400);
     const int h = m_db->openRecordset(QStringLiteral("SELECT Schedule.ScheduleID FROM Schedule;"));
     EXPECT_EQ(m_db->recordCount(h), 3 + 400);
     m_db->closeRecordset(h);
