@@ -324,7 +324,8 @@ TEST_P(RtfCorpusTest, TextMatchesLibreOfficesExtraction) {
 INSTANTIATE_TEST_SUITE_P(Corpus, RtfCorpusTest,
                          ::testing::Values(QStringLiteral("lo-letter"), QStringLiteral("lo-plain"),
                                            QStringLiteral("pandoc-doc"),
-                                           QStringLiteral("hand-edge")),
+                                           QStringLiteral("hand-edge"),
+                                           QStringLiteral("hand-runs")),
                          [](const auto& p) {
                              return p.param.toStdString().erase(p.param.indexOf('-'), 1);
                          });

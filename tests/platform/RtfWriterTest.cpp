@@ -2,10 +2,13 @@
 
 #include "platform/RichTextBox.h"
 #include "platform/RtfReader.h"
+#include "support/TestEnvironment.h"
 
 #include <QBuffer>
+#include <QFont>
 #include <QImage>
 #include <QRegularExpression>
+#include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QTextImageFormat>
@@ -223,5 +226,72 @@ TEST(RtfWriter, TablesAreWrittenAsRows) {
     EXPECT_TRUE(body.contains(QLatin1String(" a\\cell")));
     EXPECT_TRUE(body.contains(QLatin1String(" b\\cell\\row")));
 }
+
+// Paragraph alignment and bold/italic runs, in the form scripts/lo-runs.py
+// gives LibreOffice's reading of a file.
+QString runsOf(const QTextDocument& document) {
+    QStringList lines;
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        const Qt::Alignment align = block.blockFormat().alignment() & Qt::AlignHorizontal_Mask;
+        QString line = align & Qt::AlignHCenter   ? QStringLiteral("center|")
+                       : align & Qt::AlignRight   ? QStringLiteral("right|")
+                       : align & Qt::AlignJustify ? QStringLiteral("justify|")
+                                                  : QStringLiteral("left|");
+        QString attrs;
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            const QTextFragment fragment = it.fragment();
+            QString text = fragment.text();
+            text.remove(QChar::ObjectReplacementCharacter);
+            if (text.isEmpty())
+                continue;
+            text.replace(u'\\', QStringLiteral("\\\\"))
+                .replace(u'\t', QStringLiteral("\\t"))
+                .replace(QChar::LineSeparator, QStringLiteral("\\n"));
+            const QTextCharFormat format = fragment.charFormat();
+            QString next = QStringLiteral("[");
+            if (format.fontWeight() >= QFont::DemiBold)
+                next += u'B';
+            if (format.fontItalic())
+                next += u'I';
+            next += u']';
+            if (next != attrs)
+                line += next;
+            attrs = next;
+            line += text;
+        }
+        lines << line;
+    }
+    // The editor keeps an empty block after the last paragraph mark.
+    if (!lines.isEmpty() && lines.last() == QLatin1String("left|"))
+        lines.removeLast();
+    return lines.join(u'\n');
+}
+
+// What we write is read by LibreOffice with the same paragraphs, alignment
+// and bold and italic runs that we read from it ourselves. The expected
+// runs are LibreOffice's reading of our output (scripts/make-rtf-lo-runs.sh,
+// which also checks that it equals LibreOffice's reading of the original).
+class RtfLibreOfficeRunsTest : public ::testing::TestWithParam<const char*> {};
+
+TEST_P(RtfLibreOfficeRunsTest, OurOutputReadsAsLibreOfficeReadsIt) {
+    const QString name = QString::fromUtf8(GetParam());
+    QTextDocument original;
+    RtfReader::read(readTestFile(testDataPath(QStringLiteral("rtf/") + name + ".rtf")), original);
+    QTextDocument written;
+    RtfReader::read(RtfWriter::write(original), written);
+    const QString expected = QString::fromUtf8(readTestFile(testDataPath(QStringLiteral("rtf/") +
+                                                                         name + ".lo-runs.txt")))
+                                 .trimmed();
+    EXPECT_EQ(runsOf(written).toStdString(), expected.toStdString());
+}
+
+INSTANTIATE_TEST_SUITE_P(Corpus, RtfLibreOfficeRunsTest,
+                         ::testing::Values("hand-runs", "hand-edge", "lo-letter", "lo-plain",
+                                           "pandoc-doc"),
+                         [](const ::testing::TestParamInfo<const char*>& p) {
+                             std::string n = p.param;
+                             std::erase(n, '-');
+                             return n;
+                         });
 
 } // namespace
