@@ -146,6 +146,24 @@ TEST_F(SamplePracticeContentTest, ClientsCoverEveryStatus) {
     EXPECT_GT(accented, 0);
 }
 
+// Accented names are stored as the characters themselves, encoded once: a
+// city spelled with an accent reads back as written, and nothing anywhere
+// carries the marks of text decoded twice.
+TEST_F(SamplePracticeContentTest, AccentedTextIsNotDoubleEncoded) {
+    const QString accentedCity =
+        QStringLiteral("SELECT Contacts.ContactID FROM Contacts WHERE HomeCity = '") +
+        QString::fromUtf8("Montréal") + QStringLiteral("' OR HomeCity = '") +
+        QString::fromUtf8("Québec") + QStringLiteral("';");
+    EXPECT_GT(count(accentedCity), 0);
+    for (const char* column : {"HomeCity", "BusinessCity", "DisplayName", "BusinessName"}) {
+        const QString sql =
+            QStringLiteral("SELECT Contacts.ContactID FROM Contacts WHERE %1 LIKE '*")
+                .arg(QLatin1String(column)) +
+            QChar(0xC3) + QStringLiteral("*';");
+        EXPECT_EQ(count(sql), 0) << column;
+    }
+}
+
 TEST_F(SamplePracticeContentTest, EveryClientHasItsSatellitesAndADefaultContact) {
     const QString unmarked =
         QStringLiteral("SELECT ClientData.CompanyIDNum FROM ClientData WHERE "
