@@ -4,6 +4,7 @@
 #include "data/modDatabaseFunctions.h"
 #include "platform/CodePage1252.h"
 
+#include <algorithm>
 #include <array>
 #include <optional>
 
