@@ -32,136 +32,43 @@ protected:
 using Criteria = std::function<void(clsSearchAppointments&)>;
 
 TEST_F(SearchAppointmentsTest, CriteriaGiveTheWhereClauseAndTheRows) {
+    const char* const all = "404,401,400,402,403"; // by date, then start time
     const struct {
         const char* name;
-        Criteria criteria;
+        const char* criteria; // fields by name, on top of the defaults
         const char* filter;
-        const char* ids; // in date and start-time order
+        const char* ids;
     } cases[] = {
-        {"NoCriteria", [](clsSearchAppointments&) {}, "", "404,401,400,402,403"},
-        {"Subject",
-         [](clsSearchAppointments& s) {
-             s.searchBySubject = true;
-             s.subjectText = "review";
-         },
-         "Subject LIKE '%review%'", "400,403"},
-        {"BlankSubjectIsLeftOut",
-         [](clsSearchAppointments& s) {
-             s.searchBySubject = true;
-             s.subjectText = " ";
-         },
-         "", "404,401,400,402,403"},
-        {"Company",
-         [](clsSearchAppointments& s) {
-             s.searchByCompany = true;
-             s.companyID = 10;
-         },
-         "CompanyIDNum = 10", "400,403"},
-        {"InvalidCompanyIsDropped",
-         [](clsSearchAppointments& s) {
-             s.searchByCompany = true;
-             s.companyID = 999;
-         },
-         "", "404,401,400,402,403"},
-        {"Contact",
-         [](clsSearchAppointments& s) {
-             s.searchByContact = true;
-             s.contactID = 200;
-         },
-         "ContactIDNum = 200", "402"},
-        {"User",
-         [](clsSearchAppointments& s) {
-             s.searchByUser = true;
-             s.userID = 51;
-         },
-         "UserIDNum = 51", "401,403"},
-        {"InvalidUserIsDropped",
-         [](clsSearchAppointments& s) {
-             s.searchByUser = true;
-             s.userID = 7;
-         },
-         "", "404,401,400,402,403"},
-        {"BlackIsAColour",
-         [](clsSearchAppointments& s) {
-             s.searchByColour = true;
-             s.backColour = 0;
-         },
-         "BackColour = 0", "400"},
-        {"NoColour",
-         [](clsSearchAppointments& s) {
-             s.searchByColour = true;
-             s.backColour = -1;
-         },
-         "", "404,401,400,402,403"},
-        {"DefaultRangeIsThisMonthToToday", [](clsSearchAppointments& s) { s.dateMatch = 4; },
+        {"NoCriteria", "", "", all},
+        {"Subject", "searchBySubject=1;subjectText=review", "Subject LIKE '%review%'", "400,403"},
+        {"BlankSubjectIsLeftOut", "searchBySubject=1;subjectText= ", "", all},
+        {"Company", "searchByCompany=1;companyID=10", "CompanyIDNum = 10", "400,403"},
+        {"InvalidCompanyIsDropped", "searchByCompany=1;companyID=999", "", all},
+        {"Contact", "searchByContact=1;contactID=200", "ContactIDNum = 200", "402"},
+        {"User", "searchByUser=1;userID=51", "UserIDNum = 51", "401,403"},
+        {"InvalidUserIsDropped", "searchByUser=1;userID=7", "", all},
+        {"BlackIsAColour", "searchByColour=1;backColour=0", "BackColour = 0", "400"},
+        {"NoColour", "searchByColour=1;backColour=-1", "", all},
+        {"DefaultRangeIsThisMonthToToday", "dateMatch=4",
          "DateFrom >= #3/1/2024# AND DateFrom <= #3/5/2024#", "401,400"},
-        {"On",
-         [](clsSearchAppointments& s) {
-             s.dateMatch = 3;
-             s.firstDate = QDate(2024, 3, 15);
-         },
-         "DateFrom = #3/15/2024#", "402"},
-        {"OnOrAfter",
-         [](clsSearchAppointments& s) {
-             s.dateMatch = 1;
-             s.firstDate = QDate(2024, 3, 15);
-         },
-         "DateFrom >= #3/15/2024#", "402,403"},
-        {"OnOrBeforeReadsTheFirstDate",
-         [](clsSearchAppointments& s) {
-             s.dateMatch = 2;
-             s.firstDate = QDate(2024, 3, 4);
-             s.secondDate = QDate(2030, 1, 1);
-         },
+        {"On", "dateMatch=3;firstDate=2024-03-15", "DateFrom = #3/15/2024#", "402"},
+        {"OnOrAfter", "dateMatch=1;firstDate=2024-03-15", "DateFrom >= #3/15/2024#", "402,403"},
+        {"OnOrBeforeReadsTheFirstDate", "dateMatch=2;firstDate=2024-03-04;secondDate=2030-01-01",
          "DateFrom <= #3/4/2024#", "404,401,400"},
-        {"StartBetween",
-         [](clsSearchAppointments& s) {
-             s.searchByStartTime = true;
-             s.firstStartTime = "9:00 AM";
-             s.secondStartTime = "2:00 PM";
-         },
+        {"StartBetween", "searchByStartTime=1;firstStartTime=9:00 AM;secondStartTime=2:00 PM",
          "TimeFrom >= #9:00:00 AM# AND TimeFrom <= #2:00:00 PM#", "404,400,402"},
         {"StartAt",
-         [](clsSearchAppointments& s) {
-             s.searchByStartTime = true;
-             s.startTimeMatch = 3;
-             s.firstStartTime = "8:00 AM";
-             s.secondStartTime = "not read";
-         },
+         "searchByStartTime=1;startTimeMatch=3;firstStartTime=8:00 AM;secondStartTime=not read",
          "TimeFrom = #8:00:00 AM#", "401"},
-        {"EndOnOrAfter",
-         [](clsSearchAppointments& s) {
-             s.searchByEndTime = true;
-             s.endTimeMatch = 1;
-             s.firstEndTime = "3:00 PM";
-         },
+        {"EndOnOrAfter", "searchByEndTime=1;endTimeMatch=1;firstEndTime=3:00 PM",
          "TimeTo >= #3:00:00 PM#", "402,403"},
-        {"EndOnOrBefore",
-         [](clsSearchAppointments& s) {
-             s.searchByEndTime = true;
-             s.endTimeMatch = 2;
-             s.firstEndTime = "12:00 AM";
-         },
+        {"EndOnOrBefore", "searchByEndTime=1;endTimeMatch=2;firstEndTime=12:00 AM",
          "TimeTo <= #12:00:00 AM#", ""},
         {"Everything",
-         [](clsSearchAppointments& s) {
-             s.searchBySubject = true;
-             s.subjectText = "GST";
-             s.searchByCompany = true;
-             s.companyID = 12;
-             s.searchByUser = true;
-             s.userID = 50;
-             s.searchByColour = true;
-             s.backColour = 255;
-             s.dateMatch = 4;
-             s.secondDate = QDate(2024, 3, 31);
-             s.searchByStartTime = true;
-             s.startTimeMatch = 1;
-             s.firstStartTime = "1:00 PM";
-             s.searchByEndTime = true;
-             s.endTimeMatch = 2;
-             s.firstEndTime = "4:00 PM";
-         },
+         "searchBySubject=1;subjectText=GST;searchByCompany=1;companyID=12;searchByUser=1;"
+         "userID=50;searchByColour=1;backColour=255;dateMatch=4;secondDate=2024-03-31;"
+         "searchByStartTime=1;startTimeMatch=1;firstStartTime=1:00 PM;searchByEndTime=1;"
+         "endTimeMatch=2;firstEndTime=4:00 PM",
          "Subject LIKE '%GST%' AND CompanyIDNum = 12 AND UserIDNum = 50 AND BackColour = 255 AND "
          "DateFrom >= #3/1/2024# AND DateFrom <= #3/31/2024# AND TimeFrom >= #1:00:00 PM# AND "
          "TimeTo <= #4:00:00 PM#",
@@ -169,7 +76,7 @@ TEST_F(SearchAppointmentsTest, CriteriaGiveTheWhereClauseAndTheRows) {
     };
     for (const auto& c : cases) {
         clsSearchAppointments search;
-        c.criteria(search);
+        ASSERT_EQ(search.setCriteria(QString::fromUtf8(c.criteria)), QString()) << c.name;
         search.generateSQLFilter();
         EXPECT_EQ(search.SQLFilter, QString::fromLatin1(c.filter)) << c.name;
         const QStringList expected = QString::fromLatin1(c.ids).split(u',', Qt::SkipEmptyParts);
@@ -230,102 +137,48 @@ TEST_F(SearchAppointmentsTest, SubjectTextIsEscapedAndTravelsOnlyAsAParameter) {
 TEST_F(SearchAppointmentsTest, DisplayTextTellsWhatWasSearched) {
     const struct {
         const char* name;
-        Criteria criteria;
+        const char* criteria;
         const char* text;
     } cases[] = {
-        {"Nothing", [](clsSearchAppointments&) {}, "All appointments"},
-        {"UserAndDay",
-         [](clsSearchAppointments& s) {
-             s.searchByUser = true;
-             s.userID = 50;
-             s.dateMatch = 3;
-             s.firstDate = QDate(2024, 3, 4);
-         },
+        {"Nothing", "", "All appointments"},
+        {"UserAndDay", "searchByUser=1;userID=50;dateMatch=3;firstDate=2024-03-04",
          "All appointments for dfox scheduled on March 4, 2024"},
-        {"InvalidUserIsLeftOut",
-         [](clsSearchAppointments& s) {
-             s.searchByUser = true;
-             s.userID = 7;
-             s.dateMatch = 1;
-         },
+        {"InvalidUserIsLeftOut", "searchByUser=1;userID=7;dateMatch=1",
          "All appointments scheduled on or after March 1, 2024"},
-        {"OnOrBefore",
-         [](clsSearchAppointments& s) {
-             s.dateMatch = 2;
-             s.firstDate = QDate(2024, 12, 25);
-         },
+        {"OnOrBefore", "dateMatch=2;firstDate=2024-12-25",
          "All appointments scheduled on or before December 25, 2024"},
-        {"Between", [](clsSearchAppointments& s) { s.dateMatch = 4; },
+        {"Between", "dateMatch=4",
          "All appointments scheduled between March 1, 2024 and March 5, 2024"},
         {"SubjectCompanyColour",
-         [](clsSearchAppointments& s) {
-             s.searchBySubject = true;
-             s.subjectText = "GST";
-             s.searchByCompany = true;
-             s.companyID = 12;
-             s.searchByColour = true;
-             s.backColour = 0;
-         },
+         "searchBySubject=1;subjectText=GST;searchByCompany=1;companyID=12;searchByColour=1;"
+         "backColour=0",
          "All appointments with the text 'GST' in the subject that are assigned to O'Brien & "
          "Sons and having the same color."},
         {"StartBetweenAndEndAfter",
-         [](clsSearchAppointments& s) {
-             s.searchByStartTime = true;
-             s.firstStartTime = "9:00 AM";
-             s.secondStartTime = "10:30 AM";
-             s.searchByEndTime = true;
-             s.endTimeMatch = 1;
-             s.firstEndTime = "1899-12-30 13:05:00";
-         },
+         "searchByStartTime=1;firstStartTime=9:00 AM;secondStartTime=10:30 AM;searchByEndTime=1;"
+         "endTimeMatch=1;firstEndTime=1899-12-30 13:05:00",
          "All appointments  Show only appointments with a start time starting between 9:00 AM "
          "and 10:30 AM and with an end time starting on or atfer 1:05 PM"},
         {"StartAtAndEndBetween",
-         [](clsSearchAppointments& s) {
-             s.searchByStartTime = true;
-             s.startTimeMatch = 3;
-             s.firstStartTime = "12:00 AM";
-             s.searchByEndTime = true;
-             s.endTimeMatch = 4;
-             s.firstEndTime = "11:45 PM";
-             s.secondEndTime = "11:45 PM";
-         },
+         "searchByStartTime=1;startTimeMatch=3;firstStartTime=12:00 AM;searchByEndTime=1;"
+         "endTimeMatch=4;firstEndTime=11:45 PM;secondEndTime=11:45 PM",
          "All appointments  Show only appointments with a start time starting at 12:00 AM and "
          "with an end time starting between 11:45 PM and 11:45 PM"},
-        {"StartBefore",
-         [](clsSearchAppointments& s) {
-             s.searchByStartTime = true;
-             s.startTimeMatch = 2;
-             s.firstStartTime = "12:15 PM";
-         },
+        {"StartBefore", "searchByStartTime=1;startTimeMatch=2;firstStartTime=12:15 PM",
          "All appointments  Show only appointments with a start time starting on or before "
          "12:15 PM"},
-        {"StartOnOrAfter",
-         [](clsSearchAppointments& s) {
-             s.searchByStartTime = true;
-             s.startTimeMatch = 1;
-             s.firstStartTime = "6:00 AM";
-         },
+        {"StartOnOrAfter", "searchByStartTime=1;startTimeMatch=1;firstStartTime=6:00 AM",
          "All appointments  Show only appointments with a start time starting on or after "
          "6:00 AM"},
-        {"EndAtAlone",
-         [](clsSearchAppointments& s) {
-             s.searchByEndTime = true;
-             s.endTimeMatch = 3;
-             s.firstEndTime = "3:15 PM";
-         },
+        {"EndAtAlone", "searchByEndTime=1;endTimeMatch=3;firstEndTime=3:15 PM",
          "All appointments  Show only appointments with an end time starting at 3:15 PM"},
-        {"EndBeforeAlone",
-         [](clsSearchAppointments& s) {
-             s.searchByEndTime = true;
-             s.endTimeMatch = 2;
-             s.firstEndTime = "3:15 PM";
-         },
+        {"EndBeforeAlone", "searchByEndTime=1;endTimeMatch=2;firstEndTime=3:15 PM",
          "All appointments  Show only appointments with an end time starting on or before "
          "3:15 PM"},
     };
     for (const auto& c : cases) {
         clsSearchAppointments search;
-        c.criteria(search);
+        ASSERT_EQ(search.setCriteria(QString::fromUtf8(c.criteria)), QString()) << c.name;
         search.SQLFilter = "kept";
         search.generateDisplayStr();
         EXPECT_EQ(search.displayString, QString::fromUtf8(c.text)) << c.name;

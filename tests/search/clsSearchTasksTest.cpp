@@ -16,205 +16,84 @@ protected:
     }
 };
 
-struct FilterCase {
-    const char* name;
-    std::function<void(clsSearchTasks&)> criteria;
-    const char* filter;
-    int count;
-};
-
 TEST_F(SearchTasksTest, CriteriaGiveTheFilterTextAndItsCount) {
     // Visible, unhidden tasks of the fixture: 300, 301, 302, 303, 306, 307.
-    const FilterCase cases[] = {
-        {"NoCriteria", [](clsSearchTasks&) {}, "hideInTasks = False", 6},
-        {"TaskName",
-         [](clsSearchTasks& s) {
-             s.searchByTaskName = true;
-             s.taskName = "GST";
-         },
+    const struct {
+        const char* name;
+        const char* criteria; // fields by name, on top of the defaults
+        const char* filter;
+        int count;
+    } cases[] = {
+        {"NoCriteria", "", "hideInTasks = False", 6},
+        {"TaskName", "searchByTaskName=1;taskName=GST",
          "scheduleName LIKE '*GST*' AND hideInTasks = False", 2},
-        {"BlankTaskNameIsLeftOut",
-         [](clsSearchTasks& s) {
-             s.searchByTaskName = true;
-             s.taskName = "   ";
-         },
-         "hideInTasks = False", 6},
-        {"NameWithoutItsFlag", [](clsSearchTasks& s) { s.taskName = "GST"; }, "hideInTasks = False",
+        {"BlankTaskNameIsLeftOut", "searchByTaskName=1;taskName=   ", "hideInTasks = False", 6},
+        {"NameWithoutItsFlag", "taskName=GST", "hideInTasks = False", 6},
+        {"Client", "searchByClient=1;companyID=11", "ClientDataID = 101 AND hideInTasks = False",
+         2},
+        {"InvalidClientWidensTheSearch", "searchByClient=1;companyID=999", "hideInTasks = False",
          6},
-        {"Client",
-         [](clsSearchTasks& s) {
-             s.searchByClient = true;
-             s.companyID = 11;
-         },
-         "ClientDataID = 101 AND hideInTasks = False", 2},
-        {"InvalidClientWidensTheSearch",
-         [](clsSearchTasks& s) {
-             s.searchByClient = true;
-             s.companyID = 999;
-         },
-         "hideInTasks = False", 6},
-        {"PayrollSubType10",
-         [](clsSearchTasks& s) {
-             s.searchByTaskType = true;
-             s.taskType = 10310;
-         },
+        {"PayrollSubType10", "searchByTaskType=1;taskType=10310",
          "totalNum = 103 AND scheduleNum = 10 AND hideInTasks = False", 1},
-        {"PayrollSubType20",
-         [](clsSearchTasks& s) {
-             s.searchByTaskType = true;
-             s.taskType = 10320;
-         },
+        {"PayrollSubType20", "searchByTaskType=1;taskType=10320",
          "totalNum = 103 AND scheduleNum = 20 AND hideInTasks = False", 1},
-        {"PayrollSubType30",
-         [](clsSearchTasks& s) {
-             s.searchByTaskType = true;
-             s.taskType = 10330;
-         },
+        {"PayrollSubType30", "searchByTaskType=1;taskType=10330",
          "totalNum = 103 AND scheduleNum = 30 AND hideInTasks = False", 0},
-        {"RL1HasNoRowOfItsOwn",
-         [](clsSearchTasks& s) {
-             s.searchByTaskType = true;
-             s.taskType = 10340;
-         },
+        {"RL1HasNoRowOfItsOwn", "searchByTaskType=1;taskType=10340",
          "totalNum = 10340 AND hideInTasks = False", 1},
-        {"PlainType",
-         [](clsSearchTasks& s) {
-             s.searchByTaskType = true;
-             s.taskType = 101;
-         },
-         "totalNum = 101 AND hideInTasks = False", 2},
-        {"CustomScheme5",
-         [](clsSearchTasks& s) {
-             s.searchByTaskType = true;
-             s.taskType = 11105;
-         },
+        {"PlainType", "searchByTaskType=1;taskType=101", "totalNum = 101 AND hideInTasks = False",
+         2},
+        {"CustomScheme5", "searchByTaskType=1;taskType=11105",
          "totalNum = 111 AND scheduleNum = 5 AND hideInTasks = False", 1},
-        {"CustomScheme12",
-         [](clsSearchTasks& s) {
-             s.searchByTaskType = true;
-             s.taskType = 11112;
-         },
+        {"CustomScheme12", "searchByTaskType=1;taskType=11112",
          "totalNum = 111 AND scheduleNum = 12 AND hideInTasks = False", 0},
-        {"TypeZeroIsLeftOut",
-         [](clsSearchTasks& s) {
-             s.searchByTaskType = true;
-             s.taskType = 0;
-         },
-         "hideInTasks = False", 6},
+        {"TypeZeroIsLeftOut", "searchByTaskType=1;taskType=0", "hideInTasks = False", 6},
         {"DueDatesBetween",
-         [](clsSearchTasks& s) {
-             s.searchDueDate = true;
-             s.dateMatch = 4;
-             s.firstDate = QDate(2024, 1, 1);
-             s.secondDate = QDate(2024, 2, 29);
-         },
+         "searchDueDate=1;dateMatch=4;firstDate=2024-01-01;secondDate=2024-02-29",
          "DueDate >= #1/1/2024# AND DueDate <= #2/29/2024# AND hideInTasks = False", 3},
-        {"NotifiedOnOrAfter",
-         [](clsSearchTasks& s) {
-             s.searchNotifiedDate = true;
-             s.dateMatch = 1;
-             s.firstDate = QDate(2024, 2, 1);
-         },
+        {"NotifiedOnOrAfter", "searchNotifiedDate=1;dateMatch=1;firstDate=2024-02-01",
          "NotifiedDate>=#2/1/2024# AND hideInTasks = False", 2},
-        {"InHouseOnOrBefore",
-         [](clsSearchTasks& s) {
-             s.searchInHouseDueDate = true;
-             s.dateMatch = 2;
-             s.firstDate = QDate(2024, 1, 25);
-         },
+        {"InHouseOnOrBefore", "searchInHouseDueDate=1;dateMatch=2;firstDate=2024-01-25",
          "inHouseDueDate<=#1/25/2024# AND hideInTasks = False", 1},
-        {"DueOn",
-         [](clsSearchTasks& s) {
-             s.searchDueDate = true;
-             s.dateMatch = 3;
-             s.firstDate = QDate(2024, 3, 31);
-             s.secondDate = QDate(2030, 1, 1);
-         },
+        {"DueOnReadsOnlyTheFirstDate",
+         "searchDueDate=1;dateMatch=3;firstDate=2024-03-31;secondDate=2030-01-01",
          "DueDate=#3/31/2024# AND hideInTasks = False", 1},
         {"DueDateWinsOverTheOtherColumns",
-         [](clsSearchTasks& s) {
-             s.searchInHouseDueDate = true;
-             s.searchNotifiedDate = true;
-             s.searchDueDate = true;
-             s.dateMatch = 3;
-             s.firstDate = QDate(2024, 1, 31);
-         },
+         "searchInHouseDueDate=1;searchNotifiedDate=1;searchDueDate=1;dateMatch=3;"
+         "firstDate=2024-01-31",
          "DueDate=#1/31/2024# AND hideInTasks = False", 1},
         {"NotifiedWinsOverInHouse",
-         [](clsSearchTasks& s) {
-             s.searchInHouseDueDate = true;
-             s.searchNotifiedDate = true;
-             s.dateMatch = 3;
-             s.firstDate = QDate(2024, 1, 10);
-         },
+         "searchInHouseDueDate=1;searchNotifiedDate=1;dateMatch=3;firstDate=2024-01-10",
          "NotifiedDate=#1/10/2024# AND hideInTasks = False", 1},
-        {"InPossession",
-         [](clsSearchTasks& s) {
-             s.searchInPossession = true;
-             s.inPossession = true;
-         },
+        {"InPossession", "searchInPossession=1;inPossession=1",
          "InPossession = True AND hideInTasks = False", 1},
-        {"ReceivedStoredAsMinusOne",
-         [](clsSearchTasks& s) {
-             s.searchRecieved = true;
-             s.recieved = true;
-         },
+        {"ReceivedStoredAsMinusOne", "searchRecieved=1;recieved=1",
          "Recieved = True AND hideInTasks = False", 1},
-        {"OnlyUnclosed",
-         [](clsSearchTasks& s) {
-             s.searchClosed = true;
-             s.closed = false;
-         },
-         "Closed = False AND hideInTasks = False", 5},
-        {"ValueWithoutItsFlag", [](clsSearchTasks& s) { s.closed = true; }, "hideInTasks = False",
-         6},
+        {"OnlyUnclosed", "searchClosed=1;closed=0", "Closed = False AND hideInTasks = False", 5},
+        {"ValueWithoutItsFlag", "closed=1", "hideInTasks = False", 6},
         {"EveryStatusInItsOrder",
-         [](clsSearchTasks& s) {
-             s.searchClosed = s.searchCheque = s.searchSignature = s.searchRecieved = true;
-             s.searchDelivered = s.searchPrepared = s.searchNotified = true;
-             s.searchInPossession = true;
-             s.cheque = true;
-         },
+         "searchClosed=1;searchCheque=1;searchSignature=1;searchRecieved=1;searchDelivered=1;"
+         "searchPrepared=1;searchNotified=1;searchInPossession=1;cheque=1",
          "InPossession = False AND Notified = False AND Prepared = False AND Delivered = False "
          "AND Recieved = False AND Signature = False AND Cheque = True AND Closed = False AND "
          "hideInTasks = False",
          0},
-        {"Employee",
-         [](clsSearchTasks& s) {
-             s.searchByEmployee = true;
-             s.employeeAssigned = "Dana Fox";
-         },
+        {"Employee", "searchByEmployee=1;employeeAssigned=Dana Fox",
          "EmployeeAssigned = 'Dana Fox' AND hideInTasks = False", 2},
-        {"EmployeeIsMatchedWhole",
-         [](clsSearchTasks& s) {
-             s.searchByEmployee = true;
-             s.employeeAssigned = "Dana";
-         },
+        {"EmployeeIsMatchedWhole", "searchByEmployee=1;employeeAssigned=Dana",
          "EmployeeAssigned = 'Dana' AND hideInTasks = False", 0},
         {"NameClientAndDueRange",
-         [](clsSearchTasks& s) {
-             s.searchByTaskName = true;
-             s.taskName = "GST";
-             s.searchByClient = true;
-             s.companyID = 10;
-             s.searchDueDate = true;
-             s.firstDate = QDate(2024, 1, 1);
-             s.secondDate = QDate(2024, 3, 31);
-         },
+         "searchByTaskName=1;taskName=GST;searchByClient=1;companyID=10;searchDueDate=1;"
+         "firstDate=2024-01-01;secondDate=2024-03-31",
          "scheduleName LIKE '*GST*' AND ClientDataID = 100 AND DueDate >= #1/1/2024# AND "
          "DueDate <= #3/31/2024# AND hideInTasks = False",
          1},
-        {"ArchiveUsesTheSameFilter",
-         [](clsSearchTasks& s) {
-             s.searchArchives = true;
-             s.searchByClient = true;
-             s.companyID = 10;
-         },
+        {"ArchiveUsesTheSameFilter", "searchArchives=1;searchByClient=1;companyID=10",
          "ClientDataID = 100 AND hideInTasks = False", 1},
     };
-    for (const FilterCase& c : cases) {
+    for (const auto& c : cases) {
         clsSearchTasks search;
-        c.criteria(search);
+        ASSERT_EQ(search.setCriteria(QString::fromUtf8(c.criteria)), QString()) << c.name;
         search.generateSQLFilter();
         EXPECT_EQ(search.SQLFilter, QString::fromLatin1(c.filter)) << c.name;
         EXPECT_EQ(search.taskFilterCount(), c.count) << c.name;
@@ -348,33 +227,19 @@ TEST_F(SearchTasksTest, CriteriaByNameRefuseWhatTheyCannotTake) {
 }
 
 TEST_F(SearchTasksTest, AnApostropheIsAnErrorAndNeverReachesAFilterOrStatement) {
-    const struct {
-        const char* name;
-        std::function<void(clsSearchTasks&)> criteria;
-    } cases[] = {
-        {"TaskName",
-         [](clsSearchTasks& s) {
-             s.searchByTaskName = true;
-             s.taskName = "O'Neil";
-         }},
-        {"WideningAttempt",
-         [](clsSearchTasks& s) {
-             s.searchByTaskName = true;
-             s.taskName = "GST*' OR scheduleName LIKE '*";
-         }},
-        {"Employee",
-         [](clsSearchTasks& s) {
-             s.searchByEmployee = true;
-             s.employeeAssigned = "O'Neil";
-         }},
+    const char* const cases[] = {
+        "searchByTaskName=1;taskName=O'Neil",
+        // Would widen the filter to every task if it were pasted in.
+        "searchByTaskName=1;taskName=GST*' OR scheduleName LIKE '*",
+        "searchByEmployee=1;employeeAssigned=O'Neil",
     };
-    for (const auto& c : cases) {
+    for (const char* criteria : cases) {
         clsSearchTasks search;
-        c.criteria(search);
+        ASSERT_EQ(search.setCriteria(QString::fromUtf8(criteria)), QString());
         search.SQLFilter = "left from before";
-        EXPECT_THROW(search.generateSQLFilter(), QmError) << c.name;
-        EXPECT_EQ(search.SQLFilter, "") << c.name;
-        EXPECT_FALSE(search.generateSQLStr().contains(u'\'')) << c.name;
+        EXPECT_THROW(search.generateSQLFilter(), QmError) << criteria;
+        EXPECT_EQ(search.SQLFilter, "") << criteria;
+        EXPECT_FALSE(search.generateSQLStr().contains(u'\'')) << criteria;
     }
     // Without its flag the text is not used, so it does no harm.
     clsSearchTasks unused;
