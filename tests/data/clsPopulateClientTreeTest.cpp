@@ -415,6 +415,27 @@ TEST_F(ClientTreeTest, CategoryCyclesEndInAnErrorNotAHang) {
     }
 }
 
+TEST_F(ClientTreeTest, ALoopReachesTheErrorObjectAtTheEventBoundary) {
+    errorClass errors(&m_context->clock);
+    errors.setLogFolder(m_env.path(QStringLiteral("work/Logs")));
+    m_context->errors = &errors;
+    ErrorReport seen;
+    errors.setPrompt([&](const ErrorReport& report) {
+        seen = report;
+        return int(errorClass::Leave);
+    });
+    hostExec(QStringLiteral("UPDATE Categories SET CategoryNum = 12 WHERE CategoryID = 1"));
+    clsPopulateClientTree tree;
+    ClientTreeModel view;
+    tree.setTreeViewControl(&view);
+    EXPECT_FALSE(runGuarded(&errors, [&] { tree.populateContactLedgerTree(false); }));
+    EXPECT_EQ(seen.number, QmError::DatabaseError);
+    EXPECT_TRUE(seen.description.contains(QStringLiteral("loops")));
+    EXPECT_TRUE(seen.tagStack.contains(
+        QStringLiteral("QuillmerePad.exe-clsPopulateClientTree-populateContactLedgerTree")));
+    m_context->errors = nullptr;
+}
+
 TEST_F(ClientTreeTest, TicksStayOnNodesOfTheChosenKind) {
     // Every node starts ticked, so that a node the walk reaches and wrongly
     // leaves alone shows; nodes it must not reach keep their tick.
