@@ -39,25 +39,11 @@ std::vector<Token> tokenize(const QString& sql) {
             out.push_back({Kind::Space, sql.mid(i, j - i), {}});
             i = j;
         } else if (c == u'\'' || c == u'"') {
-            QString value;
-            qsizetype j = i + 1;
-            bool closed = false;
-            while (j < n) {
-                if (sql[j] == c) {
-                    if (j + 1 < n && sql[j + 1] == c) {
-                        value += c;
-                        j += 2;
-                        continue;
-                    }
-                    closed = true;
-                    ++j;
-                    break;
-                }
-                value += sql[j++];
-            }
-            if (!closed)
+            qsizetype j = i;
+            const std::optional<QString> literal = JetSqlTranslator::readQuoted(sql, i, j);
+            if (!literal)
                 fail(QStringLiteral("Unterminated text literal in SQL statement: %1").arg(sql));
-            out.push_back({Kind::Text, value, value});
+            out.push_back({Kind::Text, *literal, *literal});
             i = j;
         } else if (c == u'[') {
             const qsizetype j = sql.indexOf(u']', i + 1);
@@ -148,6 +134,25 @@ QString likePattern(const QString& jet) {
 }
 
 } // namespace
+
+std::optional<QString> JetSqlTranslator::readQuoted(const QString& text, qsizetype start,
+                                                    qsizetype& end) {
+    const QChar quote = text[start];
+    QString value;
+    for (qsizetype j = start + 1; j < text.size();) {
+        if (text[j] == quote) {
+            if (j + 1 < text.size() && text[j + 1] == quote) {
+                value += quote;
+                j += 2;
+                continue;
+            }
+            end = j + 1;
+            return value;
+        }
+        value += text[j++];
+    }
+    return std::nullopt;
+}
 
 std::optional<QDateTime> JetSqlTranslator::parseDateLiteral(const QString& rawText) {
     const QString text = rawText.trimmed();

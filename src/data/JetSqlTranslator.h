@@ -42,6 +42,11 @@ public:
     static TranslatedSql translate(const QString& jetSql,
                                    const std::vector<bool>& textPlaceholders = {});
 
+    // Reads the '...' or "..." literal whose opening quote is at `start`,
+    // a doubled quote standing for one; `end` is set behind the closing
+    // quote. Empty when the literal is never closed.
+    static std::optional<QString> readQuoted(const QString& text, qsizetype start, qsizetype& end);
+
     // Reads the text between # marks: m/d/yyyy, m/d/yy, yyyy-mm-dd,
     // optionally followed by a time ("h:mm", "h:mm:ss", with am/pm), or a
     // time alone. Empty when it is not a date.

@@ -59,25 +59,11 @@ std::vector<Token> tokenize(const QString& s) {
             out.push_back({Token::Type::Close, QStringLiteral(")")});
             ++i;
         } else if (c == u'\'' || c == u'"') {
-            QString value;
-            qsizetype j = i + 1;
-            bool closed = false;
-            while (j < n) {
-                if (s[j] == c) {
-                    if (j + 1 < n && s[j + 1] == c) {
-                        value += c;
-                        j += 2;
-                        continue;
-                    }
-                    closed = true;
-                    ++j;
-                    break;
-                }
-                value += s[j++];
-            }
-            if (!closed)
+            qsizetype j = i;
+            const std::optional<QString> literal = JetSqlTranslator::readQuoted(s, i, j);
+            if (!literal)
                 fail(QStringLiteral("The filter has an unbalanced quote: %1").arg(s));
-            out.push_back({Token::Type::Text, value});
+            out.push_back({Token::Type::Text, *literal});
             i = j;
         } else if (c == u'#') {
             const qsizetype j = s.indexOf(u'#', i + 1);
