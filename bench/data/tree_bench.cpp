@@ -40,37 +40,34 @@ double median(std::vector<double> v) {
     return v[v.size() / 2];
 }
 
-Figures measure(const QString& folder, int clients, int repetitions) {
-    const QString path = folder + QStringLiteral("/practice-%1.qmd").arg(clients);
-    SamplePracticeOptions options;
-    options.clients = clients;
-    options.referenceDate = QDate(2024, 6, 1);
-    SamplePractice::write(path, options);
-
-    ScopedAppContext context;
-    errorClass errors(&context->clock);
-    context->errors = &errors;
-    context->clock.setFixed(QDateTime(QDate(2024, 6, 1), QTime(9, 0)));
-    context->contactNameDisplayType = 2;
-    databaseControl db;
-    db.setErrorObject(&errors);
-    db.setDatabasePath(path);
-    db.connect();
-    if (!db.isConnected())
-        qFatal("cannot open the sample: %s", qPrintable(db.lastError()));
-    context->database = &db;
-
+// One sample practice with its connection and its figures.
+struct Practice {
     Figures f;
-    f.clients = clients;
-    {
+    databaseControl db;
+    std::vector<double> readTimes;
+    std::vector<double> countTimes;
+    std::vector<double> buildTimes;
+
+    Practice(const QString& folder, int clients, errorClass& errors) {
+        const QString path = folder + QStringLiteral("/practice-%1.qmd").arg(clients);
+        SamplePracticeOptions options;
+        options.clients = clients;
+        options.referenceDate = QDate(2024, 6, 1);
+        SamplePractice::write(path, options);
+        db.setErrorObject(&errors);
+        db.setDatabasePath(path);
+        db.connect();
+        if (!db.isConnected())
+            qFatal("cannot open the sample: %s", qPrintable(db.lastError()));
+        f.clients = clients;
+        app().database = &db;
         // The first build heals the stored tax year; it is not timed.
         clsPopulateClientTree warmUp;
         warmUp.populateContactLedgerTree(true);
     }
-    std::vector<double> readTimes;
-    std::vector<double> countTimes;
-    std::vector<double> buildTimes;
-    for (int i = 0; i < repetitions; ++i) {
+
+    void runOnce() {
+        app().database = &db;
         {
             clsPopulateClientTree tree;
             const qint64 before = db.statementCount();
@@ -98,14 +95,16 @@ Figures measure(const QString& folder, int clients, int repetitions) {
             if (model.count() != f.nodes || events != f.nodes)
                 qFatal("the passes disagree: %d counted, %d built", f.nodes, model.count());
         }
+        app().database = nullptr;
     }
-    f.readMs = median(readTimes);
-    f.countMs = median(countTimes);
-    f.buildMs = median(buildTimes);
-    context->database = nullptr;
-    db.disconnect();
-    return f;
-}
+
+    Figures figures() {
+        f.readMs = median(readTimes);
+        f.countMs = median(countTimes);
+        f.buildMs = median(buildTimes);
+        return f;
+    }
+};
 
 } // namespace
 
@@ -114,9 +113,20 @@ int main(int argc, char** argv) {
     QGuiApplication app(argc, argv);
     const int repetitions = argc > 1 ? std::max(1, atoi(argv[1])) : 5;
     QTemporaryDir dir;
-    std::vector<Figures> rows;
-    for (int clients : {1000, 10000})
-        rows.push_back(measure(dir.path(), clients, repetitions));
+    ScopedAppContext context;
+    errorClass errors(&context->clock);
+    context->errors = &errors;
+    context->clock.setFixed(QDateTime(QDate(2024, 6, 1), QTime(9, 0)));
+    context->contactNameDisplayType = 2;
+    Practice small(dir.path(), 1000, errors);
+    Practice large(dir.path(), 10000, errors);
+    // Side by side: the two practices take turns, so that the load of the
+    // machine falls on both alike.
+    for (int i = 0; i < repetitions; ++i) {
+        small.runOnce();
+        large.runOnce();
+    }
+    const std::vector<Figures> rows = {small.figures(), large.figures()};
 
     std::printf("client tree, median of %d runs each\n", repetitions);
     std::printf("%8s %8s %10s %10s %10s %12s %12s %16s\n", "clients", "nodes", "read ms",
@@ -125,9 +135,8 @@ int main(int argc, char** argv) {
         std::printf("%8d %8d %10.1f %10.1f %10.1f %12lld %12lld %16.1f\n", f.clients, f.nodes,
                     f.readMs, f.countMs, f.buildMs, static_cast<long long>(f.countStatements),
                     static_cast<long long>(f.buildStatements), 1000.0 * f.buildMs / f.clients);
-    const double small = rows[0].buildMs / rows[0].clients;
-    const double large = rows[1].buildMs / rows[1].clients;
-    std::printf("building time per client, 10k over 1k: %.2f (1.00 is linear)\n", large / small);
+    std::printf("building time per client, 10k over 1k: %.2f (1.00 is linear)\n",
+                (rows[1].buildMs / rows[1].clients) / (rows[0].buildMs / rows[0].clients));
     std::printf("counting time per client, 10k over 1k: %.2f\n",
                 (rows[1].countMs / rows[1].clients) / (rows[0].countMs / rows[0].clients));
     // The walk alone, without the reading of the record sets (whose SQL
