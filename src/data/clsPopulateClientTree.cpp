@@ -153,6 +153,13 @@ void clsPopulateClientTree::initializeRecordSets() {
     if (!db || m_open)
         return;
     try {
+        // The system categories heal themselves when missing; that happens
+        // before the categories are read, so that the rows in memory hold
+        // them.
+        m_mainCategory = getMainCategoryNum();
+        m_personalCategory = getPersonalTaxCategoryNum();
+        m_businessCategory = getBusinessCategoryNum();
+        m_firmCategory = getFirmCategoryNum();
         if (m_showFirm)
             m_employeesSet = open(
                 *db,
@@ -328,7 +335,7 @@ void clsPopulateClientTree::readEmployees() {
         return;
     databaseControl& db = *app().database;
     const int h = m_employeesSet;
-    const int firm = getFirmCategoryNum();
+    const int firm = m_firmCategory;
     forEachRow(db, h, [&](int row) {
         EmployeeRow e;
         e.id = idField(db, h, QStringLiteral("ContactID"));

@@ -192,8 +192,7 @@ private:
                                     ClientTreeNode* parentNode);
     void addFamilyMembers(int contactID, const QString& parentKey, bool isTax,
                           ClientTreeNode* parentNode);
-    void populateFirmEmployeesInCategory(int categoryID, const QString& parentKey,
-                                         ClientTreeNode* parentNode);
+    void populateFirmEmployeesInCategory(int categoryID, const QString& parentKey);
     void addFirmFamilyMembers(int employeeID, const QString& parentKey, ClientTreeNode* parentNode);
     QString contactName(int handle, int row, int hostContactID, bool showRelationship) const;
 

@@ -61,11 +61,6 @@ void clsPopulateClientTree::populateContactLedgerTree(bool countOnly) {
     if (m_selectedName.isEmpty() && m_hostCategory >= 1)
         m_selectedName = key("Category:", m_hostCategory);
 
-    m_mainCategory = getMainCategoryNum();
-    m_personalCategory = getPersonalTaxCategoryNum();
-    m_businessCategory = getBusinessCategoryNum();
-    m_firmCategory = getFirmCategoryNum();
-
     auto addRoot = [this](const QString& rootKey, const QString& text) {
         if (ClientTreeNode* root = addNode(QString(), rootKey, text, CategoryImage, false)) {
             root->setSorted(true);
@@ -108,8 +103,7 @@ void clsPopulateClientTree::populateContactLedgerTree(bool countOnly) {
         addRoot(rootKey, getFirmCategoryName());
         m_categoryPath.insert(m_firmCategory);
         addSubCategories(m_firmCategory, false, true);
-        populateFirmEmployeesInCategory(m_firmCategory, rootKey,
-                                        m_countOnly ? nullptr : m_tree->find(rootKey));
+        populateFirmEmployeesInCategory(m_firmCategory, rootKey);
     } else {
         if (m_onlyCategories) {
             m_showCompanies = false;
@@ -237,7 +231,7 @@ void clsPopulateClientTree::populateCategoryContent(int categoryID, const QStrin
                                                     bool isTax, bool isFirm) {
     ClientTreeNode* node = m_countOnly ? nullptr : m_tree->find(nodeKey);
     if (isFirm) {
-        populateFirmEmployeesInCategory(categoryID, nodeKey, node);
+        populateFirmEmployeesInCategory(categoryID, nodeKey);
         return;
     }
     if (m_showCompanies)
@@ -391,8 +385,7 @@ void clsPopulateClientTree::addFamilyMembers(int contactID, const QString& paren
 }
 
 void clsPopulateClientTree::populateFirmEmployeesInCategory(int categoryID,
-                                                            const QString& parentKey,
-                                                            ClientTreeNode* /*parentNode*/) {
+                                                            const QString& parentKey) {
     const auto found = m_employeesByCategory.constFind(categoryID);
     if (found == m_employeesByCategory.constEnd())
         return;

@@ -374,6 +374,26 @@ TEST_F(ClientTreeTest, CategoryThatIsItsOwnParentIsRepaired) {
     }
 }
 
+TEST_F(ClientTreeTest, MissingSystemCategoriesAppearInTheFirstBuild) {
+    hostExec(QStringLiteral("DELETE FROM Categories WHERE CategoryID IN (3, 4)"));
+    clsPopulateClientTree tree;
+    ClientTreeModel& view = build(tree);
+    const int firm =
+        hostValue("SELECT CategoryID FROM Categories WHERE CategorySpecialCode = 'FirmCategory'")
+            .toInt();
+    const ClientTreeNode* node = view.find(QStringLiteral("FirmCategory:%1").arg(firm));
+    ASSERT_NE(node, nullptr);
+    EXPECT_EQ(node->text(), "Firm Staff");
+    EXPECT_EQ(node->parent(), view.firstRoot());
+    // Staff whose category vanished, or is cut off from the firm's, stand in
+    // the firm category.
+    EXPECT_EQ(view.find("FirmContact:300")->parent(), node);
+    EXPECT_EQ(view.find("FirmContact:301")->parent(), node);
+    EXPECT_EQ(view.find("FirmCategory:10"), nullptr);
+    // The tax years lost their parent and are no longer in the tree.
+    EXPECT_EQ(view.find("TaxCategory:6"), nullptr);
+}
+
 TEST_F(ClientTreeTest, CategoryCyclesEndInAnErrorNotAHang) {
     const struct {
         const char* name;
