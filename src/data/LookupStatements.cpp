@@ -84,7 +84,21 @@ struct LookupStatements::Statement {
 
 LookupStatements::LookupStatements(sqlite3* connection) : m_connection(connection) {}
 
-LookupStatements::~LookupStatements() = default;
+LookupStatements::~LookupStatements() {
+    m_statements.clear();
+    sqlite3_finalize(m_schemaVersion);
+}
+
+int LookupStatements::schemaVersion() {
+    if (!m_schemaVersion &&
+        sqlite3_prepare_v3(m_connection, "PRAGMA schema_version", -1, SQLITE_PREPARE_PERSISTENT,
+                           &m_schemaVersion, nullptr) != SQLITE_OK)
+        fail(QString::fromUtf8(sqlite3_errmsg(m_connection)));
+    ResetOnExit reset(m_schemaVersion);
+    if (sqlite3_step(m_schemaVersion) != SQLITE_ROW)
+        fail(QString::fromUtf8(sqlite3_errmsg(m_connection)));
+    return sqlite3_column_int(m_schemaVersion, 0);
+}
 
 static bool isText(const QVariant& value) {
     switch (value.typeId()) {

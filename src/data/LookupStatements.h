@@ -37,10 +37,15 @@ public:
     std::optional<QVariant> firstValue(const QString& jetSql, const QVariantList& arguments,
                                        const QString& column);
 
+    // The engine's schema version of the file, which the host's table
+    // changes raise.
+    int schemaVersion();
+
 private:
     struct Statement;
     Statement& statement(const QString& jetSql, const QVariantList& arguments);
 
     sqlite3* m_connection;
     QHash<QString, std::shared_ptr<Statement>> m_statements;
+    sqlite3_stmt* m_schemaVersion = nullptr;
 };

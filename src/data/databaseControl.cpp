@@ -181,6 +181,7 @@ void databaseControl::connect() {
 
 void databaseControl::disconnect() {
     m_sets.clear();
+    m_schemaVersion = -1;
     m_columnTypes.clear();
     m_statements.reset();
     // Finalised before the engine closes, which refuses while statements live.
@@ -249,6 +250,22 @@ int databaseControl::openRecordset(const QString& sql, int /*cursorType*/, int l
         translated.sql.insert(m.capturedStart(1),
                               QStringLiteral("%1.rowid AS %2, ")
                                   .arg(quoteName(rs->table), QLatin1String(RowKeyAlias)));
+    }
+    // A statement prepared before the host changed a table must not run:
+    // the driver crashes on a result wider than the one it prepared for.
+    // Only a fresh connection clears all it keeps; the record sets already
+    // read stay as they are.
+    if (m_lookups) {
+        int version = m_lookups->schemaVersion();
+        if (m_schemaVersion != -1 && version != m_schemaVersion) {
+            auto sets = std::move(m_sets);
+            disconnect();
+            connect();
+            m_sets = std::move(sets);
+            requireConnection();
+            version = m_lookups->schemaVersion();
+        }
+        m_schemaVersion = version;
     }
     StatementCache::Entry& entry = m_statements->get(translated.sql);
     QSqlQuery& query = entry.query;

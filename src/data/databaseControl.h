@@ -163,6 +163,7 @@ private:
     QString m_lastError;
     std::unique_ptr<StatementCache> m_statements;
     std::unique_ptr<LookupStatements> m_lookups;
+    int m_schemaVersion = -1;
     std::map<int, std::unique_ptr<Recordset>> m_sets;
     std::map<QString, std::map<QString, QString>> m_columnTypes; // TABLE -> COLUMN -> declared type
     int m_nextHandle = 1;

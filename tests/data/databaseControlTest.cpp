@@ -409,6 +409,29 @@ TEST_F(DatabaseControlTest, FillListAddsEveryRow) {
     EXPECT_EQ(list.item(3)->text(), QStringLiteral("ob@example.com"));
 }
 
+// The host upgrades a table while this program holds prepared statements
+// that read all of its columns.
+TEST_F(DatabaseControlTest, ColumnsTheHostAddsWhileConnectedAreRead) {
+    const QString sql = QStringLiteral("SELECT Companies.* FROM Companies WHERE CompanyID=10;");
+    int h = m_db->openRecordset(sql);
+    const QStringList before = m_db->fieldNames(h);
+    m_db->closeRecordset(h);
+    hostExec(QStringLiteral("ALTER TABLE Companies ADD COLUMN HostNote TEXT"));
+    hostExec(QStringLiteral("UPDATE Companies SET HostNote='new' WHERE CompanyID=10"));
+    const int open =
+        m_db->openRecordset(QStringLiteral("SELECT Companies.CompanyID FROM Companies;"));
+    hostExec(QStringLiteral("ALTER TABLE Companies ADD COLUMN HostOther TEXT"));
+    h = m_db->openRecordset(sql);
+    // Record sets opened before the change stay readable.
+    EXPECT_EQ(m_db->recordCount(open), 4);
+    m_db->closeRecordset(open);
+    EXPECT_EQ(m_db->fieldNames(h).size(), before.size() + 2);
+    EXPECT_EQ(m_db->getField(h, QStringLiteral("HostNote")).toString(), QStringLiteral("new"));
+    EXPECT_EQ(m_db->getField(h, QStringLiteral("CompanyName")).toString(),
+              QStringLiteral("Acme Widgets"));
+    m_db->closeRecordset(h);
+}
+
 // A one-value lookup answers what a record set of the same statement with
 // the value written in would answer, kinds included.
 struct LookupCase {
