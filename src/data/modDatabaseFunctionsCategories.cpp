@@ -1,6 +1,8 @@
 #include "data/DatabaseLookup.h"
 #include "data/modDatabaseFunctions.h"
 
+#include <QSet>
+
 using namespace DatabaseLookup;
 
 namespace {
@@ -200,25 +202,28 @@ int getPersonalTaxYearFromCategoryID(int categoryID) {
 
 bool doesThisCategoryBelongToCategory(int categoryID, int ancestorID) {
     ProcedureScope scope(app().errors, tag("doesThisCategoryBelongToCategory"));
-    if (categoryID == ancestorID)
-        return true;
     databaseControl* db = connected();
-    if (!db)
-        return false;
-    QVariant parent;
-    {
-        ScopedRecordset rs(
-            *db,
-            QStringLiteral("SELECT Categories.CategoryID, Categories.CategoryNum FROM Categories "
-                           "WHERE CategoryID = ") +
-                QString::number(categoryID) + u';');
-        if (!rs.hasRecords())
+    // The host does not guard its category tree against loops; a walk that
+    // meets a category twice is a broken tree, reported, never a hang.
+    QSet<int> seen;
+    for (int current = categoryID;;) {
+        if (current == ancestorID)
+            return true;
+        if (!db)
             return false;
-        parent = rs.field(QStringLiteral("CategoryNum"));
+        if (seen.contains(current))
+            throw QmError(QmError::DatabaseError,
+                          QStringLiteral("The category tree loops: category %1 lies below itself.")
+                              .arg(current));
+        seen.insert(current);
+        const auto parent = db->lookupValue(
+            QStringLiteral("SELECT Categories.CategoryID, Categories.CategoryNum FROM Categories "
+                           "WHERE CategoryID = ?;"),
+            {current}, QStringLiteral("CategoryNum"));
+        if (!parent || stringControl::isBlank(*parent) || toID(*parent) == current)
+            return false;
+        current = toID(*parent);
     }
-    if (stringControl::isBlank(parent) || toID(parent) == categoryID)
-        return false;
-    return doesThisCategoryBelongToCategory(toID(parent), ancestorID);
 }
 
 bool doesThisContactBelongToPersonalTaxCategory(int contactID) {

@@ -1,4 +1,5 @@
 #include "data/modDatabaseFunctions.h"
+#include "platform/errorClass.h"
 
 #include "ClientDbFixture.h"
 #include "data/ContactCardWriter.h"
@@ -315,6 +316,13 @@ TEST_F(CategoryTest, TaxYearsAndAncestry) {
     EXPECT_FALSE(doesThisCategoryBelongToCategory(6, 3));
     hostExec(QStringLiteral("UPDATE Categories SET CategoryNum = 6 WHERE CategoryID = 6"));
     EXPECT_FALSE(doesThisCategoryBelongToCategory(6, 1)); // its own parent stops the walk
+    // A loop over two categories is a broken tree: an error, not a hang.
+    hostExec(QStringLiteral("UPDATE Categories SET CategoryNum = 5 WHERE CategoryID = 6"));
+    hostExec(QStringLiteral("UPDATE Categories SET CategoryNum = 6 WHERE CategoryID = 5"));
+    EXPECT_THROW(doesThisCategoryBelongToCategory(5, 1), QmError);
+    EXPECT_TRUE(doesThisCategoryBelongToCategory(5, 6));
+    hostExec(QStringLiteral("UPDATE Categories SET CategoryNum = 4 WHERE CategoryID = 5"));
+    hostExec(QStringLiteral("UPDATE Categories SET CategoryNum = 6 WHERE CategoryID = 6"));
     // The personal-tax flag of a link is corrected.
     EXPECT_TRUE(doesThisContactBelongToPersonalTaxCategory(202));
     EXPECT_EQ(hostValue(QStringLiteral("SELECT IsPersonalTaxCategory FROM ContactLinks WHERE "
