@@ -194,6 +194,9 @@ private:
                           ClientTreeNode* parentNode);
     void populateFirmEmployeesInCategory(int categoryID, const QString& parentKey);
     void addFirmFamilyMembers(int employeeID, const QString& parentKey, ClientTreeNode* parentNode);
+    // A family member below its person; a duplicate key is passed over.
+    void addFamilyNode(const QString& parentKey, const QString& nodeKey, const QString& text,
+                       ClientTreeNode* parentNode);
     QString contactName(int handle, int row, int hostContactID, bool showRelationship) const;
 
     // In-memory answers of the category lookups.

@@ -368,19 +368,8 @@ void clsPopulateClientTree::addFamilyMembers(int contactID, const QString& paren
         const LinkRow& link = m_family[size_t(index)];
         const QString nodeKey = parentKey + key("Family:", contactID) +
                                 key(isTax ? "TaxContact:" : "Contact:", link.contactID);
-        const int before = m_nodeCount;
-        ClientTreeNode* node =
-            addNode(parentKey, nodeKey, contactName(m_familySet, link.row, contactID, true),
-                    ContactImage, true);
-        if (m_nodeCount == before)
-            continue;
-        if (node) {
-            if (m_expandAllContacts && parentNode)
-                parentNode->setExpanded(true);
-            if (isSelectedKey(nodeKey))
-                node->setSelected(true);
-        }
-        raise();
+        addFamilyNode(parentKey, nodeKey, contactName(m_familySet, link.row, contactID, true),
+                      parentNode);
     }
 }
 
@@ -415,18 +404,22 @@ void clsPopulateClientTree::addFirmFamilyMembers(int employeeID, const QString& 
         const EmployeeRow& member = m_employees[size_t(index)];
         const QString nodeKey =
             parentKey + key("Family:", employeeID) + key("FirmContact:", member.id);
-        const int before = m_nodeCount;
-        ClientTreeNode* node =
-            addNode(parentKey, nodeKey, contactName(m_employeesSet, member.row, employeeID, true),
-                    ContactImage, true);
-        if (m_nodeCount == before)
-            continue;
-        if (node) {
-            if (m_expandAllContacts && parentNode)
-                parentNode->setExpanded(true);
-            if (isSelectedKey(nodeKey))
-                node->setSelected(true);
-        }
-        raise();
+        addFamilyNode(parentKey, nodeKey, contactName(m_employeesSet, member.row, employeeID, true),
+                      parentNode);
     }
+}
+
+void clsPopulateClientTree::addFamilyNode(const QString& parentKey, const QString& nodeKey,
+                                          const QString& text, ClientTreeNode* parentNode) {
+    const int before = m_nodeCount;
+    ClientTreeNode* node = addNode(parentKey, nodeKey, text, ContactImage, true);
+    if (m_nodeCount == before)
+        return; // a duplicate key, passed over
+    if (node) {
+        if (m_expandAllContacts && parentNode)
+            parentNode->setExpanded(true);
+        if (isSelectedKey(nodeKey))
+            node->setSelected(true);
+    }
+    raise();
 }
