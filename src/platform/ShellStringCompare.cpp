@@ -1,4 +1,4 @@
-#include "spell/ShellStringCompare.h"
+#include "platform/ShellStringCompare.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include "app/AppContext.h"
 #include "platform/CodePage1252.h"
 #include "platform/errorClass.h"
-#include "spell/ShellStringCompare.h"
+#include "platform/ShellStringCompare.h"
 #include "spell/SpellTextTarget.h"
 #include "spell/modSpellHashSearch.h"
 

@@ -1,4 +1,4 @@
-#include "spell/ShellStringCompare.h"
+#include "platform/ShellStringCompare.h"
 
 #include <QString>
 #include <gtest/gtest.h>
