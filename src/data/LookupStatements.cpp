@@ -171,13 +171,16 @@ std::optional<QVariant> LookupStatements::firstValue(const QString& jetSql,
                  .arg(s.translated.placeholders.size())
                  .arg(arguments.size())
                  .arg(jetSql));
-    const QString key = column.trimmed().toUpper();
-    auto index = s.columns.constFind(key);
-    if (index == s.columns.constEnd()) {
-        const qsizetype dot = key.lastIndexOf(u'.');
-        index = dot > 0 ? s.columns.constFind(key.mid(dot + 1)) : s.columns.constEnd();
-        if (index == s.columns.constEnd())
-            fail(QStringLiteral("The lookup has no column %1: %2").arg(column, jetSql));
+    int at = 0;
+    if (const QString key = column.trimmed().toUpper(); !key.isEmpty()) {
+        auto index = s.columns.constFind(key);
+        if (index == s.columns.constEnd()) {
+            const qsizetype dot = key.lastIndexOf(u'.');
+            index = dot > 0 ? s.columns.constFind(key.mid(dot + 1)) : s.columns.constEnd();
+            if (index == s.columns.constEnd())
+                fail(QStringLiteral("The lookup has no column %1: %2").arg(column, jetSql));
+        }
+        at = *index;
     }
 
     ResetOnExit reset(s.stmt);
@@ -196,5 +199,5 @@ std::optional<QVariant> LookupStatements::firstValue(const QString& jetSql,
     if (step != SQLITE_ROW)
         fail(
             QStringLiteral("%1 [%2]").arg(QString::fromUtf8(sqlite3_errmsg(m_connection)), jetSql));
-    return Recordset::typedValue(s.descriptions[size_t(*index)], columnValue(s.stmt, *index));
+    return Recordset::typedValue(s.descriptions[size_t(at)], columnValue(s.stmt, at));
 }

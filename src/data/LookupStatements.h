@@ -33,7 +33,7 @@ public:
     // QVariant), or nothing when there is no row. Throws QmError
     // (DatabaseError) when the statement cannot be prepared or run, when
     // the argument count does not match the shape, or when the column is
-    // not in the result.
+    // not in the result. An empty column name reads the first column.
     std::optional<QVariant> firstValue(const QString& jetSql, const QVariantList& arguments,
                                        const QString& column);
 

@@ -194,6 +194,10 @@ private:
                           ClientTreeNode* parentNode);
     void populateFirmEmployeesInCategory(int categoryID, const QString& parentKey);
     void addFirmFamilyMembers(int employeeID, const QString& parentKey, ClientTreeNode* parentNode);
+    // A contact below its company or category, with its family; a duplicate
+    // key is passed over.
+    void addContactNode(const QString& parentKey, const QString& nodeKey, const QString& text,
+                        const LinkRow& link, bool inactive, bool isTax, ClientTreeNode* parentNode);
     // A family member below its person; a duplicate key is passed over.
     void addFamilyNode(const QString& parentKey, const QString& nodeKey, const QString& text,
                        ClientTreeNode* parentNode);

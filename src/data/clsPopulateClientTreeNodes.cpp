@@ -298,24 +298,8 @@ void clsPopulateClientTree::populateContactsInCompany(int companyID, const QStri
     for (int index : found.value()) {
         const LinkRow& link = m_companyContacts[size_t(index)];
         const QString nodeKey = parentKey + key("Contact:", link.contactID);
-        const int before = m_nodeCount;
-        ClientTreeNode* node =
-            addNode(parentKey, nodeKey, contactName(m_companyContactsSet, link.row, -1, false),
-                    link.isDefault ? DefaultContactImage : ContactImage, true);
-        if (m_nodeCount == before)
-            continue; // passed over
-        if (node) {
-            if (m_expandAllCompanies && parentNode)
-                parentNode->setExpanded(true);
-            if (isSelectedKey(nodeKey)) {
-                node->setSelected(true);
-                node->setExpanded(true);
-            }
-            node->setSorted(true);
-        }
-        raise();
-        if (m_showFamilyMembers)
-            addFamilyMembers(link.contactID, nodeKey, false, node);
+        addContactNode(parentKey, nodeKey, contactName(m_companyContactsSet, link.row, -1, false),
+                       link, false, false, parentNode);
     }
 }
 
@@ -337,26 +321,32 @@ void clsPopulateClientTree::populateContactsInCategory(int categoryID, const QSt
             if (inactive)
                 text += InactiveMark;
         }
-        const int before = m_nodeCount;
-        ClientTreeNode* node = addNode(parentKey, nodeKey, text,
-                                       link.isDefault ? DefaultContactImage : ContactImage, true);
-        if (m_nodeCount == before)
-            continue; // passed over
-        if (node) {
-            if (inactive)
-                node->setForeColor(InactiveColor);
-            if (m_expandAllCompanies && parentNode)
-                parentNode->setExpanded(true);
-            if (isSelectedKey(nodeKey)) {
-                node->setSelected(true);
-                node->setExpanded(true);
-            }
-            node->setSorted(true);
-        }
-        raise();
-        if (m_showFamilyMembers)
-            addFamilyMembers(link.contactID, nodeKey, isTax, node);
+        addContactNode(parentKey, nodeKey, text, link, inactive, isTax, parentNode);
     }
+}
+
+void clsPopulateClientTree::addContactNode(const QString& parentKey, const QString& nodeKey,
+                                           const QString& text, const LinkRow& link, bool inactive,
+                                           bool isTax, ClientTreeNode* parentNode) {
+    const int before = m_nodeCount;
+    ClientTreeNode* node = addNode(parentKey, nodeKey, text,
+                                   link.isDefault ? DefaultContactImage : ContactImage, true);
+    if (m_nodeCount == before)
+        return; // a duplicate key, passed over
+    if (node) {
+        if (inactive)
+            node->setForeColor(InactiveColor);
+        if (m_expandAllCompanies && parentNode)
+            parentNode->setExpanded(true);
+        if (isSelectedKey(nodeKey)) {
+            node->setSelected(true);
+            node->setExpanded(true);
+        }
+        node->setSorted(true);
+    }
+    raise();
+    if (m_showFamilyMembers)
+        addFamilyMembers(link.contactID, nodeKey, isTax, node);
 }
 
 void clsPopulateClientTree::addFamilyMembers(int contactID, const QString& parentKey, bool isTax,

@@ -597,11 +597,7 @@ void databaseControl::insertRow(Recordset& rs, int row) {
     query.finish();
 }
 
-void databaseControl::updateFieldNow(int handle, const QString& column, const QString& value) {
-    ProcedureScope scope(m_errors,
-                         QStringLiteral("QuillmerePad.exe-databaseControl-updateFieldNow"));
-    requireConnection();
-    Recordset& rs = set(handle);
+int databaseControl::writableColumn(const Recordset& rs, const QString& column) const {
     if (rs.table.isEmpty() || !rs.editable)
         fail(QStringLiteral("The record set is read-only (writing %1).").arg(column));
     const int index = rs.columnIndex(column);
@@ -609,6 +605,15 @@ void databaseControl::updateFieldNow(int handle, const QString& column, const QS
         fail(QStringLiteral("The record set has no column %1.").arg(column));
     if (rs.atEnd())
         fail(QStringLiteral("There is no current record (writing %1).").arg(column));
+    return index;
+}
+
+void databaseControl::updateFieldNow(int handle, const QString& column, const QString& value) {
+    ProcedureScope scope(m_errors,
+                         QStringLiteral("QuillmerePad.exe-databaseControl-updateFieldNow"));
+    requireConnection();
+    Recordset& rs = set(handle);
+    const int index = writableColumn(rs, column);
     const QVariant stored = toStorage(rs, index, value);
     const QVariant previous = rs.rows[size_t(rs.position)][size_t(index)];
     rs.rows[size_t(rs.position)][size_t(index)] = stored;
@@ -642,13 +647,7 @@ void databaseControl::addNew(int handle) {
 
 void databaseControl::setField(int handle, const QString& column, const QVariant& value) {
     Recordset& rs = set(handle);
-    if (rs.table.isEmpty() || !rs.editable)
-        fail(QStringLiteral("The record set is read-only (writing %1).").arg(column));
-    const int index = rs.columnIndex(column);
-    if (index < 0)
-        fail(QStringLiteral("The record set has no column %1.").arg(column));
-    if (rs.atEnd())
-        fail(QStringLiteral("There is no current record (writing %1).").arg(column));
+    const int index = writableColumn(rs, column);
     rs.rows[size_t(rs.position)][size_t(index)] = toStorage(rs, index, value);
     if (std::find(rs.staged.begin(), rs.staged.end(), index) == rs.staged.end())
         rs.staged.push_back(index);

@@ -71,8 +71,9 @@ public:
     // Unknown and -1 handles are ignored.
     void closeRecordset(int handle);
     // A one-value lookup: `sql` is a statement shape with "?" for each of
-    // `arguments`; the answer is `column` of the first row (typed as
-    // getField types it), or nothing when there is no row. The shape is
+    // `arguments`; the answer is `column` (empty: the first column) of the
+    // first row, typed as getField types it, or nothing when there is no
+    // row. The shape is
     // prepared once per connection, so callers must keep the values out of
     // the text. Throws as openRecordset does.
     std::optional<QVariant> lookupValue(const QString& sql, const QVariantList& arguments,
@@ -146,6 +147,9 @@ private:
     int store(std::unique_ptr<Recordset> recordset);
     void requireConnection() const;
     [[noreturn]] void fail(const QString& text) const;
+    // The index of a column of the current row that may be written; throws
+    // for a read-only set, an unknown column or no current row.
+    int writableColumn(const Recordset& rs, const QString& column) const;
     QVariant toStorage(const Recordset& rs, int column, const QVariant& value);
     QString tableColumnType(const QString& table, const QString& column);
     void writeColumns(Recordset& rs, int row, const std::vector<int>& columns);

@@ -34,9 +34,7 @@ bool rowExists(const char* procedure, const QString& sqlStart, const QString& id
     int id = 0;
     if (!db || !parseID(idText, id))
         return false;
-    const QString sql = sqlStart + QStringLiteral("?;");
-    const QString column = sql.section(u' ', 1, 1).section(u',', 0, 0);
-    return db->lookupValue(sql, {id}, column).has_value();
+    return db->lookupValue(sqlStart + QStringLiteral("?;"), {id}, QString()).has_value();
 }
 
 short toStatus(const QVariant& value) {
