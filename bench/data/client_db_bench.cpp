@@ -5,7 +5,7 @@
 //   cmake -S . -B build-bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DQM_BUILD_BENCH=ON
 //   cmake --build build-bench --target client_db_bench
 //   build-bench/bench/data/client_db_bench
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "data/SamplePractice.h"
 #include "data/databaseControl.h"
 #include "data/modDatabaseFunctions.h"

@@ -8,11 +8,11 @@
 //   cmake -S . -B build-rel -G Ninja -DCMAKE_BUILD_TYPE=Release -DQM_BUILD_BENCH=ON
 //   cmake --build build-rel --target tree_bench
 //   build-rel/bench/data/tree_bench [repetitions]
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "data/SamplePractice.h"
 #include "data/clsPopulateClientTree.h"
 #include "data/databaseControl.h"
-#include "platform/ClientTreeModel.h"
+#include "platform/tree/ClientTreeModel.h"
 #include "platform/errorClass.h"
 
 #include <QElapsedTimer>

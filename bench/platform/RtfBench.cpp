@@ -3,7 +3,7 @@
 //   bench/platform/rtf-bench [--benchmark_repetitions=N]
 // scripts/bench-rtf-external.sh times pandoc and LibreOffice on the same file.
 
-#include "platform/RichTextBox.h"
+#include "platform/richtext/RichTextBox.h"
 
 #include <QBuffer>
 #include <QFile>

@@ -7,7 +7,7 @@
 //   cmake -S . -B build-bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DQM_BUILD_BENCH=ON
 //   cmake --build build-bench --target search_bench
 //   build-bench/bench/search/search_bench
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "data/SamplePractice.h"
 #include "data/databaseControl.h"
 #include "search/clsSearchAppointments.h"

@@ -6,7 +6,7 @@
 // REPEATS runs (default 5), so a noisy neighbour on the machine moves it
 // less than a mean.
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "spell/SpellCheckSession.h"
 #include "spell/SpellTextTarget.h"
 #include "spell/clsSpellCheck.h"

@@ -1,6 +1,6 @@
 #include "app/CommandLine.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "app/Commands.h"
 #include "data/modFormatAddresses.h"
 

@@ -1,7 +1,7 @@
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "app/Commands.h"
-#include "platform/RichTextBox.h"
-#include "platform/RtfReader.h"
+#include "platform/richtext/RichTextBox.h"
+#include "platform/rtf/RtfReader.h"
 #include "platform/errorClass.h"
 #include "platform/fileControl.h"
 

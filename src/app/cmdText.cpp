@@ -1,6 +1,6 @@
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "app/Commands.h"
-#include "platform/RichTextBox.h"
+#include "platform/richtext/RichTextBox.h"
 #include "platform/errorClass.h"
 
 // quillmere-pad text FILE: the Text of a document as the program loads it,

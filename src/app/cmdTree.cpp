@@ -3,7 +3,7 @@
 #include "data/modDatabaseFunctions.h"
 #include "data/modSettings.h"
 #include "merge/MergeSession.h"
-#include "platform/ClientTreeModel.h"
+#include "platform/tree/ClientTreeModel.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "app/modMain.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "app/clsDocMerge.h"
 #include "data/clsUniqueID.h"
 #include "data/databaseControl.h"
@@ -14,7 +14,7 @@
 #include "platform/SpecialFolders.h"
 #include "platform/errorClass.h"
 #include "platform/fileControl.h"
-#include "platform/stringControl.h"
+#include "platform/text/stringControl.h"
 
 #include <cmath>
 

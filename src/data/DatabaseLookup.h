@@ -1,9 +1,9 @@
 #pragma once
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "data/databaseControl.h"
 #include "platform/errorClass.h"
-#include "platform/stringControl.h"
+#include "platform/text/stringControl.h"
 
 #include <QString>
 #include <QVariant>

@@ -2,7 +2,7 @@
 
 #include "data/DatabaseLookup.h"
 #include "data/modDatabaseFunctions.h"
-#include "platform/ClientTreeView.h"
+#include "platform/tree/ClientTreeView.h"
 
 using namespace DatabaseLookup;
 

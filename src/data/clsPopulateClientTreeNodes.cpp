@@ -6,7 +6,7 @@
 #include "data/clsPopulateClientTree.h"
 #include "data/modDatabaseFunctions.h"
 #include "data/modSettings.h"
-#include "platform/ClientTreeView.h"
+#include "platform/tree/ClientTreeView.h"
 
 using namespace DatabaseLookup;
 

@@ -1,6 +1,6 @@
 #include "data/clsUniqueID.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "platform/errorClass.h"
 #include "platform/fileControl.h"
 

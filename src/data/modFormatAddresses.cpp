@@ -2,7 +2,7 @@
 
 #include "data/DatabaseLookup.h"
 #include "data/modDatabaseFunctions.h"
-#include "platform/CodePage1252.h"
+#include "platform/text/CodePage1252.h"
 
 #include <algorithm>
 #include <array>

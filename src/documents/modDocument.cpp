@@ -1,11 +1,11 @@
 #include "documents/modDocument.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "documents/DocumentModel.h"
 #include "files/clsINIFileCompanion.h"
 #include "platform/errorClass.h"
 #include "platform/fileControl.h"
-#include "platform/stringControl.h"
+#include "platform/text/stringControl.h"
 
 #include <QtMath>
 #include <array>

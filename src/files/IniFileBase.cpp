@@ -1,6 +1,6 @@
 #include "files/IniFileBase.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "platform/PrivateProfile.h"
 #include "platform/errorClass.h"
 

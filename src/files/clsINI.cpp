@@ -1,11 +1,11 @@
 #include "files/clsINI.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "platform/PrivateProfile.h"
 #include "platform/SpecialFolders.h"
 #include "platform/errorClass.h"
 #include "platform/fileControl.h"
-#include "platform/stringControl.h"
+#include "platform/text/stringControl.h"
 
 namespace {
 

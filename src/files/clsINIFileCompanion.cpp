@@ -1,11 +1,11 @@
 #include "files/clsINIFileCompanion.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "files/clsINI.h"
 #include "platform/PrivateProfile.h"
 #include "platform/errorClass.h"
 #include "platform/fileControl.h"
-#include "platform/stringControl.h"
+#include "platform/text/stringControl.h"
 
 // The log tags carry the class's old name.
 clsINIFileCompanion::clsINIFileCompanion()

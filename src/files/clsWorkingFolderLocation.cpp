@@ -1,6 +1,6 @@
 #include "files/clsWorkingFolderLocation.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "platform/SpecialFolders.h"
 #include "platform/errorClass.h"
 #include "platform/fileControl.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "data/databaseControl.h"
 #include "merge/clsInsertFieldsInRTB.h"
 #include "platform/MsgboxClass.h"

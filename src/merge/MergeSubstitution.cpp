@@ -2,7 +2,7 @@
 
 #include "merge/clsInsertFieldsInRTB.h"
 #include "platform/FieldTable.h"
-#include "platform/VBFormat.h"
+#include "platform/text/VBFormat.h"
 
 #include <QSet>
 #include <cmath>

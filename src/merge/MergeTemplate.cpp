@@ -1,9 +1,9 @@
 #include "merge/MergeTemplate.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "documents/modDocument.h"
 #include "merge/clsInsertFieldsInRTB.h"
-#include "platform/RichTextBox.h"
+#include "platform/richtext/RichTextBox.h"
 #include "platform/errorClass.h"
 #include "platform/fileControl.h"
 

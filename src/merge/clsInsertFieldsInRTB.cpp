@@ -1,12 +1,12 @@
 #include "merge/clsInsertFieldsInRTB.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "data/databaseControl.h"
 #include "merge/FieldCatalogueRows.h"
-#include "platform/RichTextBox.h"
-#include "platform/VBFormat.h"
+#include "platform/richtext/RichTextBox.h"
+#include "platform/text/VBFormat.h"
 #include "platform/errorClass.h"
-#include "platform/stringControl.h"
+#include "platform/text/stringControl.h"
 
 #include <QStandardItem>
 #include <QStandardItemModel>

@@ -1,11 +1,11 @@
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "data/ClientDatabaseSchema.h"
 #include "data/databaseControl.h"
 #include "merge/MergeLookups.h"
 #include "merge/clsInsertFieldsInRTB.h"
-#include "platform/VBFormat.h"
+#include "platform/text/VBFormat.h"
 #include "platform/errorClass.h"
-#include "platform/stringControl.h"
+#include "platform/text/stringControl.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "data/databaseControl.h"
 #include "merge/MergeLookups.h"
 #include "merge/clsInsertFieldsInRTB.h"
 #include "platform/errorClass.h"
-#include "platform/stringControl.h"
+#include "platform/text/stringControl.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "merge/MergeLookups.h"
 #include "merge/clsInsertFieldsInRTB.h"
 #include "platform/MsgboxClass.h"

@@ -1,13 +1,13 @@
 #include "merge/modDocVaultFolders.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "data/databaseControl.h"
 #include "files/clsWorkingFolderLocation.h"
 #include "merge/MergeLookups.h"
-#include "platform/VBFormat.h"
+#include "platform/text/VBFormat.h"
 #include "platform/errorClass.h"
 #include "platform/fileControl.h"
-#include "platform/stringControl.h"
+#include "platform/text/stringControl.h"
 
 #include <QDir>
 

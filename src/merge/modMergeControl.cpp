@@ -1,6 +1,6 @@
 #include "merge/modMergeControl.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "data/databaseControl.h"
 #include "documents/modDocument.h"
 #include "merge/MergeLookups.h"
@@ -8,10 +8,10 @@
 #include "merge/modDocVaultFolders.h"
 #include "platform/MsgboxClass.h"
 #include "platform/ProgressReporter.h"
-#include "platform/RichTextBox.h"
+#include "platform/richtext/RichTextBox.h"
 #include "platform/errorClass.h"
 #include "platform/fileControl.h"
-#include "platform/stringControl.h"
+#include "platform/text/stringControl.h"
 
 #include <QFile>
 #include <QUuid>

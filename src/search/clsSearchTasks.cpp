@@ -1,11 +1,11 @@
 #include "search/clsSearchTasks.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "data/databaseControl.h"
 #include "data/modDatabaseFunctions.h"
-#include "platform/VBFormat.h"
+#include "platform/text/VBFormat.h"
 #include "platform/errorClass.h"
-#include "platform/stringControl.h"
+#include "platform/text/stringControl.h"
 #include "search/SearchCriteriaText.h"
 
 namespace {

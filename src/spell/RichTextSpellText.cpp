@@ -1,6 +1,6 @@
 #include "spell/RichTextSpellText.h"
 
-#include "platform/RichTextBox.h"
+#include "platform/richtext/RichTextBox.h"
 
 QString RichTextSpellText::Text() const {
     return m_box.Text();

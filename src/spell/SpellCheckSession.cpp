@@ -1,7 +1,7 @@
 #include "spell/SpellCheckSession.h"
 
-#include "app/AppContext.h"
-#include "platform/CodePage1252.h"
+#include "context/AppContext.h"
+#include "platform/text/CodePage1252.h"
 #include "platform/MsgboxClass.h"
 #include "platform/errorClass.h"
 #include "spell/SpellTextTarget.h"

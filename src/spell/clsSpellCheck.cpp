@@ -1,9 +1,9 @@
 #include "spell/clsSpellCheck.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "platform/MsgboxClass.h"
 #include "platform/ProgressReporter.h"
-#include "platform/RichTextBox.h"
+#include "platform/richtext/RichTextBox.h"
 #include "platform/errorClass.h"
 #include "platform/fileControl.h"
 #include "spell/RichTextSpellText.h"

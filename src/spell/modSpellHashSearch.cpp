@@ -1,7 +1,7 @@
 #include "spell/modSpellHashSearch.h"
 
-#include "app/AppContext.h"
-#include "platform/CodePage1252.h"
+#include "context/AppContext.h"
+#include "platform/text/CodePage1252.h"
 #include "platform/errorClass.h"
 #include "platform/fileControl.h"
 #include "spell/modSpellWordList.h"

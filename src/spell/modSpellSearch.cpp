@@ -1,9 +1,9 @@
 #include "spell/modSpellSearch.h"
 
-#include "app/AppContext.h"
-#include "platform/CodePage1252.h"
+#include "context/AppContext.h"
+#include "platform/text/CodePage1252.h"
 #include "platform/errorClass.h"
-#include "platform/ShellStringCompare.h"
+#include "platform/text/ShellStringCompare.h"
 #include "spell/SpellTextTarget.h"
 #include "spell/modSpellHashSearch.h"
 

@@ -1,6 +1,6 @@
 #include "ui/frmMain.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 
 #include <QApplication>
 #include <QCloseEvent>

@@ -1,4 +1,4 @@
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "app/Commands.h"
 #include "merge/MergeTestDatabase.h"
 #include "platform/fileControl.h"

@@ -1,7 +1,7 @@
 #include "app/modMain.h"
 
 #include "ScriptedMainWindow.h"
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "app/clsDocMerge.h"
 #include "data/ContactCardWriter.h"
 #include "files/clsINI.h"

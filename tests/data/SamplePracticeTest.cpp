@@ -1,6 +1,6 @@
 #include "data/SamplePractice.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "data/databaseControl.h"
 #include "data/modDatabaseFunctions.h"
 #include "data/modSettings.h"

@@ -1,7 +1,7 @@
 #include "data/clsPopulateClientTree.h"
 
 #include "ClientDbFixture.h"
-#include "platform/ClientTreeModel.h"
+#include "platform/tree/ClientTreeModel.h"
 #include "platform/errorClass.h"
 
 #include <functional>

@@ -1,6 +1,6 @@
 #include "data/clsUniqueID.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "support/TestEnvironment.h"
 
 #include <QFile>

@@ -1,6 +1,6 @@
 #include "data/modDatabaseConnection.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "data/SamplePractice.h"
 #include "data/databaseControl.h"
 #include "platform/MsgboxClass.h"

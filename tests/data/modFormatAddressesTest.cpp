@@ -2,7 +2,7 @@
 
 #include "ClientDbFixture.h"
 #include "data/modDatabaseFunctions.h"
-#include "platform/RichTextBox.h"
+#include "platform/richtext/RichTextBox.h"
 
 #include <QFile>
 

@@ -1,6 +1,6 @@
 #include "documents/modDocument.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "documents/DocumentModel.h"
 #include "platform/errorClass.h"
 #include "support/TestEnvironment.h"

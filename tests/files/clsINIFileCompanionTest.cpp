@@ -1,6 +1,6 @@
 #include "files/clsINIFileCompanion.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "support/TestEnvironment.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "files/clsINI.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "platform/errorClass.h"
 #include "support/TestEnvironment.h"
 

@@ -1,6 +1,6 @@
 #include "files/clsWorkingFolderLocation.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "files/clsINI.h"
 #include "platform/PrivateProfile.h"
 #include "platform/errorClass.h"

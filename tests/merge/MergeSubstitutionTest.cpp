@@ -1,10 +1,10 @@
 #include "merge/MergeSubstitution.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "merge/ReferenceSubstitution.h"
 #include "merge/clsInsertFieldsInRTB.h"
 #include "platform/FieldTable.h"
-#include "platform/VBFormat.h"
+#include "platform/text/VBFormat.h"
 
 #include <QRandomGenerator>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "merge/MergeTestDatabase.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "data/ClientDatabaseSchema.h"
 
 #include <QSqlDatabase>

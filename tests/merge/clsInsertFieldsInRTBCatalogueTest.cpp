@@ -1,8 +1,8 @@
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "merge/FieldCatalogueRows.h"
 #include "merge/MergeTestDatabase.h"
 #include "merge/clsInsertFieldsInRTB.h"
-#include "platform/RichTextBox.h"
+#include "platform/richtext/RichTextBox.h"
 #include "support/TestEnvironment.h"
 
 #include <QStandardItemModel>

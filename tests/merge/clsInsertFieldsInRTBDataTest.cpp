@@ -1,4 +1,4 @@
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "merge/MergeTestDatabase.h"
 #include "merge/clsInsertFieldsInRTB.h"
 #include "support/TestEnvironment.h"

@@ -1,6 +1,6 @@
 #include "merge/modDocVaultFolders.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "merge/MergeTestDatabase.h"
 #include "platform/fileControl.h"
 #include "support/TestEnvironment.h"

@@ -1,6 +1,6 @@
 #include "merge/modMergeControl.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "merge/MergeTestDatabase.h"
 #include "merge/clsInsertFieldsInRTB.h"
 #include "platform/MsgboxClass.h"

@@ -1,7 +1,7 @@
 #include "spell/SpellCheckSession.h"
 
 #include "QtPrinters.h"
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "platform/MsgboxClass.h"
 #include "spell/SpellTextTarget.h"
 #include "spell/clsSpellCheck.h"

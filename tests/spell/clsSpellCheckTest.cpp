@@ -1,10 +1,10 @@
 #include "spell/clsSpellCheck.h"
 
 #include "QtPrinters.h"
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "platform/MsgboxClass.h"
 #include "platform/ProgressReporter.h"
-#include "platform/RichTextBox.h"
+#include "platform/richtext/RichTextBox.h"
 #include "spell/SpellCheckSession.h"
 #include "spell/SpellTextTarget.h"
 #include "spell/modSpellMDBResource.h"

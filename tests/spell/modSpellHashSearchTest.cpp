@@ -1,7 +1,7 @@
 #include "spell/modSpellHashSearch.h"
 
 #include "QtPrinters.h"
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "platform/errorClass.h"
 #include "spell/modSpellMDBResource.h"
 #include "support/TestEnvironment.h"

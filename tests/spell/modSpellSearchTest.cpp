@@ -1,7 +1,7 @@
 #include "spell/modSpellSearch.h"
 
 #include "QtPrinters.h"
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "platform/errorClass.h"
 #include "spell/SpellTextTarget.h"
 #include "spell/modSpellHashSearch.h"

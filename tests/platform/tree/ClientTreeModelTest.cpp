@@ -1,4 +1,4 @@
-#include "platform/ClientTreeModel.h"
+#include "platform/tree/ClientTreeModel.h"
 
 #include "platform/errorClass.h"
 

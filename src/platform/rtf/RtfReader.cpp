@@ -1,8 +1,8 @@
-#include "platform/RtfReader.h"
+#include "platform/rtf/RtfReader.h"
 
-#include "platform/CodePage1252.h"
-#include "platform/RichTextFormat.h"
-#include "platform/RtfReaderState.h"
+#include "platform/text/CodePage1252.h"
+#include "platform/richtext/RichTextFormat.h"
+#include "platform/rtf/RtfReaderState.h"
 #include "platform/errorClass.h"
 
 #include <QTextCursor>

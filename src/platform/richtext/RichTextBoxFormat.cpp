@@ -1,8 +1,8 @@
 // The Sel* character and paragraph formats of RichTextBox.
 
-#include "platform/RichTextBox.h"
-#include "platform/RichTextBoxPrivate.h"
-#include "platform/RichTextFormat.h"
+#include "platform/richtext/RichTextBox.h"
+#include "platform/richtext/RichTextBoxPrivate.h"
+#include "platform/richtext/RichTextFormat.h"
 
 #include <QTextBlock>
 #include <QTextDocument>

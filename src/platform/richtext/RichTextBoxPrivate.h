@@ -2,7 +2,7 @@
 
 // Internals of RichTextBox shared by its source files.
 
-#include "platform/RichTextBox.h"
+#include "platform/richtext/RichTextBox.h"
 
 #include <QByteArray>
 #include <QPointer>

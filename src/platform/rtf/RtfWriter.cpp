@@ -1,7 +1,7 @@
-#include "platform/RtfWriter.h"
+#include "platform/rtf/RtfWriter.h"
 
-#include "platform/CodePage1252.h"
-#include "platform/RichTextFormat.h"
+#include "platform/text/CodePage1252.h"
+#include "platform/richtext/RichTextFormat.h"
 
 #include <QBuffer>
 #include <QImage>

@@ -1,7 +1,7 @@
-#include "platform/CodePage1252.h"
-#include "platform/RichTextFormat.h"
-#include "platform/RtfReader.h"
-#include "platform/RtfReaderState.h"
+#include "platform/text/CodePage1252.h"
+#include "platform/richtext/RichTextFormat.h"
+#include "platform/rtf/RtfReader.h"
+#include "platform/rtf/RtfReaderState.h"
 
 #include <QTextBlock>
 #include <QTextDocument>

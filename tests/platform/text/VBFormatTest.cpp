@@ -1,4 +1,4 @@
-#include "platform/VBFormat.h"
+#include "platform/text/VBFormat.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ClientTreeView.h"
+#include "platform/tree/ClientTreeView.h"
 
 #include <QHash>
 #include <QSet>

@@ -1,4 +1,4 @@
-#include "platform/RichTextFormat.h"
+#include "platform/richtext/RichTextFormat.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QGuiApplication>

@@ -2,7 +2,7 @@
 
 // Internals of the RTF reader, shared by its source files.
 
-#include "platform/RtfTokenizer.h"
+#include "platform/rtf/RtfTokenizer.h"
 
 #include <QByteArray>
 #include <QColor>

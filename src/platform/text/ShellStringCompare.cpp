@@ -1,4 +1,4 @@
-#include "platform/ShellStringCompare.h"
+#include "platform/text/ShellStringCompare.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
-#include "platform/RtfWriter.h"
+#include "platform/rtf/RtfWriter.h"
 
-#include "platform/RichTextBox.h"
-#include "platform/RtfReader.h"
+#include "platform/richtext/RichTextBox.h"
+#include "platform/rtf/RtfReader.h"
 #include "support/TestEnvironment.h"
 
 #include <QBuffer>

@@ -1,4 +1,4 @@
-#include "platform/RtfTokenizer.h"
+#include "platform/rtf/RtfTokenizer.h"
 
 #include <algorithm>
 #include <climits>

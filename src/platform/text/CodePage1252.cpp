@@ -1,4 +1,4 @@
-#include "platform/CodePage1252.h"
+#include "platform/text/CodePage1252.h"
 
 #include <QStringDecoder>
 #include <array>

@@ -1,4 +1,4 @@
-#include "platform/RichTextBox.h"
+#include "platform/richtext/RichTextBox.h"
 
 #include "platform/errorClass.h"
 #include "support/TestEnvironment.h"

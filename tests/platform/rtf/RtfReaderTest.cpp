@@ -1,7 +1,7 @@
-#include "platform/RtfReader.h"
+#include "platform/rtf/RtfReader.h"
 
-#include "platform/RichTextBox.h"
-#include "platform/RichTextFormat.h"
+#include "platform/richtext/RichTextBox.h"
+#include "platform/richtext/RichTextFormat.h"
 #include "platform/errorClass.h"
 #include "support/TestEnvironment.h"
 

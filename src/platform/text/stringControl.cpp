@@ -1,4 +1,4 @@
-#include "platform/stringControl.h"
+#include "platform/text/stringControl.h"
 
 #include "platform/errorClass.h"
 

@@ -1,10 +1,10 @@
-#include "platform/RichTextBox.h"
+#include "platform/richtext/RichTextBox.h"
 
-#include "platform/CodePage1252.h"
-#include "platform/RichTextBoxPrivate.h"
-#include "platform/RichTextFormat.h"
-#include "platform/RtfReader.h"
-#include "platform/RtfWriter.h"
+#include "platform/text/CodePage1252.h"
+#include "platform/richtext/RichTextBoxPrivate.h"
+#include "platform/richtext/RichTextFormat.h"
+#include "platform/rtf/RtfReader.h"
+#include "platform/rtf/RtfWriter.h"
 #include "platform/errorClass.h"
 #include "platform/fileControl.h"
 

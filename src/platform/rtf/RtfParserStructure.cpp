@@ -1,8 +1,8 @@
 // Paragraphs, lists, tables, pictures and fields of the RTF reader.
 
-#include "platform/CodePage1252.h"
-#include "platform/RichTextFormat.h"
-#include "platform/RtfReaderState.h"
+#include "platform/text/CodePage1252.h"
+#include "platform/richtext/RichTextFormat.h"
+#include "platform/rtf/RtfReaderState.h"
 
 #include <QBuffer>
 #include <QImage>
