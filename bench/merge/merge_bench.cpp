@@ -99,7 +99,7 @@ void substitutionBench(double budget) {
     MergeSession session;
     session.context().clock.setFixed(QDateTime(QDate(2024, 3, 5), QTime(9, 0)));
     clsInsertFieldsInRTB& fields = session.fields();
-    fields.createDefaultFieldListStructure(1, true, true);
+    fields.createDefaultFieldListStructure(InformationKind::Companies, true, true);
     const FieldTable& table = fields.fieldTable();
     const QString text = makeTemplate(table);
     MemoryValues values;
@@ -161,9 +161,9 @@ WholeMerge wholeMerge(const QString& folder, int clients) {
         std::printf("cannot open %s\n", qPrintable(database));
         return {};
     }
-    session.fields().createDefaultFieldListStructure(1, true, true);
+    session.fields().createDefaultFieldListStructure(InformationKind::Companies, true, true);
     MergeResultDocument result;
-    result.model.InformationType = 1;
+    result.model.InformationType = informationKindFromInt(1);
     result.templateCaption = QStringLiteral("Merge Template - Year End");
     result.templateText = makeTemplate(session.fields().fieldTable());
     databaseControl& db = *session.context().database;

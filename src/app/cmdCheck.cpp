@@ -38,8 +38,9 @@ int runCheckCommand(const QStringList& args, CommandIO& io) {
     }
     try {
         // A document of the task list (8) carries the rows of tasks (4).
-        const int type = opened.model.InformationType;
-        session.fields().createDefaultFieldListStructure(type == 8 ? 4 : type, true, true);
+        const InformationKind type = opened.model.InformationType;
+        session.fields().createDefaultFieldListStructure(
+            type == InformationKind::WorkListTasks ? InformationKind::Tasks : type, true, true);
         if (session.fields().testRTBComment(opened.rtf, true, true, false)) {
             return 1;
         }

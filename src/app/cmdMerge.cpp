@@ -17,7 +17,7 @@ int parseID(const QString& text) {
 
 // Every visible active client (kinds 1, 2), every contact linked to one
 // (kind 3), every schedule (4) or appointment (5).
-void addAllRecipients(int type, FieldTable& ids) {
+void addAllRecipients(InformationKind type, FieldTable& ids) {
     databaseControl* db = app().database;
     auto walk = [db](const QString& sql, const std::function<void(int)>& each) {
         const int rs = db->openRecordset(sql);
@@ -27,18 +27,19 @@ void addAllRecipients(int type, FieldTable& ids) {
         }
         db->closeRecordset(rs);
     };
-    if (type == 4 || type == 5) {
-        const QString sql = type == 4 ? QStringLiteral("SELECT Schedule.ScheduleID FROM Schedule "
-                                                       "ORDER BY Schedule.ScheduleID;")
-                                      : QStringLiteral("SELECT Appointments.AppointmentID FROM "
-                                                       "Appointments ORDER BY "
-                                                       "Appointments.AppointmentID;");
+    if (isSearchKind(type)) {
+        const QString sql = type == InformationKind::Tasks
+                                ? QStringLiteral("SELECT Schedule.ScheduleID FROM Schedule "
+                                                 "ORDER BY Schedule.ScheduleID;")
+                                : QStringLiteral("SELECT Appointments.AppointmentID FROM "
+                                                 "Appointments ORDER BY "
+                                                 "Appointments.AppointmentID;");
         walk(sql, [&](int rs) {
-            ids.addRow(ids.rowCount() + 1,
-                       {db->getField(rs, type == 4 ? QStringLiteral("ScheduleID")
-                                                   : QStringLiteral("AppointmentID"))
-                            .toString(),
-                        QString()});
+            ids.addRow(ids.rowCount() + 1, {db->getField(rs, type == InformationKind::Tasks
+                                                                 ? QStringLiteral("ScheduleID")
+                                                                 : QStringLiteral("AppointmentID"))
+                                                .toString(),
+                                            QString()});
         });
         return;
     }
@@ -47,7 +48,7 @@ void addAllRecipients(int type, FieldTable& ids) {
         companies.push_back(db->getField(rs, QStringLiteral("Companies.CompanyID")).toInt());
     });
     for (int company : companies) {
-        if (type != 3) {
+        if (type != InformationKind::Contacts) {
             ids.addRow(ids.rowCount() + 1, {QString::number(company), QString()});
             continue;
         }
@@ -124,7 +125,7 @@ int runMergeCommand(const QStringList& args, CommandIO& io) {
     }
     if (const auto type = optionValue(args, QStringLiteral("--type"))) {
         bool ok = false;
-        result.model.InformationType = type->toInt(&ok);
+        result.model.InformationType = informationKindFromInt(type->toInt(&ok));
         if (!ok) {
             io.err << "--type takes a number\n";
             return 2;
@@ -132,10 +133,10 @@ int runMergeCommand(const QStringList& args, CommandIO& io) {
     }
     if (tasks || appointments) {
         // A filter says what kind of merge it is.
-        const int kind = tasks ? 4 : 5;
+        const InformationKind kind = tasks ? InformationKind::Tasks : InformationKind::Appointments;
         if (optionValue(args, QStringLiteral("--type")) && result.model.InformationType != kind) {
-            io.err << (tasks ? "--tasks" : "--appointments") << " merges information type " << kind
-                   << " only\n";
+            io.err << (tasks ? "--tasks" : "--appointments") << " merges information type "
+                   << toInt(kind) << " only\n";
             return 2;
         }
         result.model.InformationType = kind;
@@ -146,9 +147,9 @@ int runMergeCommand(const QStringList& args, CommandIO& io) {
             return 2;
         }
     }
-    const int type = result.model.InformationType;
-    if (type < 1 || type > 5) {
-        io.err << "Templates of information type " << type << " cannot be merged here.\n";
+    const InformationKind type = result.model.InformationType;
+    if (!isMergeableKind(type)) {
+        io.err << "Templates of information type " << toInt(type) << " cannot be merged here.\n";
         return 2;
     }
 
@@ -168,9 +169,9 @@ int runMergeCommand(const QStringList& args, CommandIO& io) {
                 const QStringList parts = item.split(QLatin1Char(':'));
                 const int first = parseID(parts.value(0));
                 const int second = parts.size() > 1 ? parseID(parts.value(1)) : -1;
-                result.IDList.addRow(
-                    result.IDList.rowCount() + 1,
-                    {QString::number(first), type <= 3 ? QString::number(second) : QString()});
+                result.IDList.addRow(result.IDList.rowCount() + 1,
+                                     {QString::number(first),
+                                      isClientKind(type) ? QString::number(second) : QString()});
             }
         }
         session.fields().createDefaultFieldListStructure(type, true, true);

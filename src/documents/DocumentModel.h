@@ -1,5 +1,7 @@
 #pragma once
 
+#include "context/DocumentKinds.h"
+
 #include <functional>
 
 // What a document carries besides its text: its kind, the kind of merge data
@@ -12,7 +14,7 @@ public:
 
     int fileSaveType = RichText;
     int documentType = Standard;
-    int InformationType = 1;
+    InformationKind InformationType = InformationKind::Companies;
     int PaperSize = 1;
 
     int getDocumentOrientation() const { return m_orientation; }

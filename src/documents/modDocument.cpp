@@ -56,7 +56,7 @@ void store(DocumentModel& document, int position, int value) {
         document.documentType = value;
         break;
     case 3:
-        document.InformationType = value;
+        document.InformationType = informationKindFromInt(value);
         break;
     case 4:
         document.putDocumentOrientation(value, false);
@@ -191,11 +191,16 @@ void readCompanionFile(const QString& path, DocumentModel& document) {
 
 QString buildCompanionTrailer(const DocumentModel& document) {
     const int values[] = {
-        document.fileSaveType,      document.documentType,
-        document.InformationType,   document.getDocumentOrientation(),
-        document.PaperSize,         document.getPageHeight(),
-        document.getPageWidth(),    document.getLeftMargin(),
-        document.getRightMargin(),  document.getTopMargin(),
+        document.fileSaveType,
+        document.documentType,
+        toInt(document.InformationType),
+        document.getDocumentOrientation(),
+        document.PaperSize,
+        document.getPageHeight(),
+        document.getPageWidth(),
+        document.getLeftMargin(),
+        document.getRightMargin(),
+        document.getTopMargin(),
         document.getBottomMargin(),
     };
     QString trailer = QStringLiteral("\r\n{\\QuillmereInfo");
@@ -238,14 +243,14 @@ QString getFileExtension(const DocumentModel& document) {
         return QStringLiteral("rtf");
     case DocumentModel::Template:
         switch (document.InformationType) {
-        case 1:
-        case 2:
+        case InformationKind::Companies:
+        case InformationKind::CompaniesAndContacts:
             return QStringLiteral("qmb");
-        case 3:
+        case InformationKind::Contacts:
             return QStringLiteral("qme");
-        case 4:
+        case InformationKind::Tasks:
             return QStringLiteral("qmt");
-        case 5:
+        case InformationKind::Appointments:
             return QStringLiteral("qma");
         default:
             return {};

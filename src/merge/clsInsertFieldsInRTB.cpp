@@ -3,9 +3,9 @@
 #include "context/AppContext.h"
 #include "data/databaseControl.h"
 #include "merge/FieldCatalogueRows.h"
+#include "platform/errorClass.h"
 #include "platform/richtext/RichTextBox.h"
 #include "platform/text/VBFormat.h"
-#include "platform/errorClass.h"
 #include "platform/text/stringControl.h"
 
 #include <QStandardItem>
@@ -270,8 +270,8 @@ void clsInsertFieldsInRTB::addRows(int block, bool noList, QStandardItemModel* l
     }
 }
 
-void clsInsertFieldsInRTB::createDefaultFieldListStructure(int documentType, bool noList,
-                                                           bool clearList) {
+void clsInsertFieldsInRTB::createDefaultFieldListStructure(InformationKind documentType,
+                                                           bool noList, bool clearList) {
     ProcedureScope scope(app().errors,
                          "QuillmerePad.exe-clsInsertFieldsInRTB-createDefaultFieldListStructure");
     if (!m_list) {
@@ -279,7 +279,10 @@ void clsInsertFieldsInRTB::createDefaultFieldListStructure(int documentType, boo
     }
     beginBuild(noList, clearList);
 
-    const bool known = (documentType >= 1 && documentType <= 6) || documentType == 8;
+    using K = InformationKind;
+    const bool known = isClientKind(documentType) || documentType == K::Tasks ||
+                       documentType == K::Appointments || documentType == K::Dockets ||
+                       documentType == K::WorkListTasks;
     bool first = true;
     auto heading = [&](const char* text, bool blank) {
         addHeading(QString::fromLatin1(text), blank && !first, noList);
@@ -287,37 +290,37 @@ void clsInsertFieldsInRTB::createDefaultFieldListStructure(int documentType, boo
     };
 
     switch (documentType) {
-    case 5:
+    case K::Appointments:
         heading("[Appointment Info]", true);
         addRows(AppointmentBlock, noList, m_list);
         break;
-    case 4:
+    case K::Tasks:
         heading("[Task Info]", true);
         addRows(RemittanceBlock, noList, m_list);
         break;
-    case 8:
+    case K::WorkListTasks:
         heading("[Task Info]", true);
         addRows(TaskBlock, noList, m_list);
         break;
-    case 6:
+    case K::Dockets:
         heading("[Docket Info]", true);
         addRows(DocketBlock, noList, m_list);
         break;
     default:
         break;
     }
-    if (known && documentType != 3) {
-        heading("[Company Address Info]", documentType == 4 || documentType == 5);
+    if (known && documentType != K::Contacts) {
+        heading("[Company Address Info]", isSearchKind(documentType));
         createCompanyInfoFieldListStructure(noList);
     }
     if (known) {
-        if (documentType == 2 || documentType == 3) {
+        if (documentType == K::CompaniesAndContacts || documentType == K::Contacts) {
             heading("[Contact Name]", true);
         } else {
             heading("[Default Contact Name]", true);
         }
         addRows(ContactNameBlock, noList, m_list);
-        if (documentType != 3) {
+        if (documentType != K::Contacts) {
             heading("[Company Accounting Info]", true);
             addRows(AccountingBlock, noList, m_list);
             heading("[Company Software Info]", true);
@@ -325,7 +328,7 @@ void clsInsertFieldsInRTB::createDefaultFieldListStructure(int documentType, boo
         }
         heading("[More Contact Info]", true);
         addRows(MoreContactBlock, noList, m_list);
-        if (documentType == 3) {
+        if (documentType == K::Contacts) {
             heading("[Company Info]", true);
             createCompanyInfoFieldListStructure(noList);
         }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "context/DocumentKinds.h"
 #include "merge/MergeSubstitution.h"
 #include "platform/FieldTable.h"
 
@@ -55,7 +56,7 @@ public:
 
     // Rebuilds the catalogue for a document type (InformationType). With
     // noList, or without a list box, no list is filled.
-    void createDefaultFieldListStructure(int documentType, bool noList, bool clearList);
+    void createDefaultFieldListStructure(InformationKind documentType, bool noList, bool clearList);
     void createCompanyInfoFieldListStructure(bool noList);
     void createAccountantFieldListStructure(bool noList, bool clearList);
 

@@ -47,21 +47,21 @@ QString clsInsertFieldsInRTB::parseRTBComment(const QString& text, int companyID
     const bool contactForCompany = contactNameForCompany && companyID < 1 && contactID >= 1;
 
     if (m_table.isEmpty()) {
-        int type = 0;
+        std::optional<InformationKind> type;
         if (MergeLookups::validAppointmentID(appointmentID)) {
-            type = 5;
+            type = InformationKind::Appointments;
         } else if (MergeLookups::validTaskID(taskID)) {
-            type = 8;
+            type = InformationKind::WorkListTasks;
         } else if (MergeLookups::validDocketID(docketID)) {
-            type = 6;
+            type = InformationKind::Dockets;
         } else if (MergeLookups::validScheduleID(scheduleID)) {
-            type = 4;
+            type = InformationKind::Tasks;
         } else if (MergeLookups::validCompanyID(companyID) ||
                    MergeLookups::validContactID(contactID)) {
-            type = 2;
+            type = InformationKind::CompaniesAndContacts;
         }
-        if (type != 0) {
-            createDefaultFieldListStructure(type, true, false);
+        if (type) {
+            createDefaultFieldListStructure(*type, true, false);
         }
     }
     if (m_table.isEmpty()) {
@@ -228,7 +228,7 @@ QString clsInsertFieldsInRTB::calendarText(int userID, int itemKind, int company
                                           : itemKind == 6 ? QStringLiteral("Docket Name")
                                                           : QStringLiteral("Task Start Time"),
                                           EnglishName) < 0) {
-        createDefaultFieldListStructure(itemKind, true, false);
+        createDefaultFieldListStructure(informationKindFromInt(itemKind), true, false);
     }
     return parseRTBComment(templateText, companyID, contactID, -1, -1, itemKind == 5 ? itemID : -1,
                            itemKind == 6 ? itemID : -1, itemKind == 8 ? itemID : -1, false, false,

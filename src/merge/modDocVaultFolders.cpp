@@ -4,9 +4,9 @@
 #include "data/databaseControl.h"
 #include "files/clsWorkingFolderLocation.h"
 #include "merge/MergeLookups.h"
-#include "platform/text/VBFormat.h"
 #include "platform/errorClass.h"
 #include "platform/fileControl.h"
+#include "platform/text/VBFormat.h"
 #include "platform/text/stringControl.h"
 
 #include <QDir>
@@ -120,7 +120,7 @@ QString getMiscAppointmentsFolder(const QString& root) {
 }
 
 QString parseMergeFileName(const QString& name, int fileSaveType, int documentType,
-                           int informationType) {
+                           InformationKind informationType) {
     QString rest = name;
     for (const char* prefix :
          {"Merge Template - ", "Merge Template -", "Merge Template ", "Merge Template",
@@ -142,17 +142,17 @@ QString parseMergeFileName(const QString& name, int fileSaveType, int documentTy
         break;
     case 2:
         switch (informationType) {
-        case 1:
-        case 2:
+        case InformationKind::Companies:
+        case InformationKind::CompaniesAndContacts:
             word = QStringLiteral("qmb");
             break;
-        case 3:
+        case InformationKind::Contacts:
             word = QStringLiteral("qme");
             break;
-        case 4:
+        case InformationKind::Tasks:
             word = QStringLiteral("qmt");
             break;
-        case 5:
+        case InformationKind::Appointments:
             word = QStringLiteral("qma");
             break;
         default:

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "context/DocumentKinds.h"
+
 #include <QString>
 
 // The document vault: one folder per client below a root, remembered in
@@ -17,7 +19,7 @@ QString getMiscAppointmentsFolder(const QString& root = QString());
 // "mmm d yyyy - " + the template's name without its "Merge Template" or
 // "Merge Results" prefixes, with the extension of the document kind.
 QString parseMergeFileName(const QString& name, int fileSaveType, int documentType,
-                           int informationType);
+                           InformationKind informationType);
 
 // A client's name made usable as a single folder name: characters that no
 // file system takes and path separators become "_", leading and trailing

@@ -8,9 +8,9 @@
 #include "merge/modDocVaultFolders.h"
 #include "platform/MsgboxClass.h"
 #include "platform/ProgressReporter.h"
-#include "platform/richtext/RichTextBox.h"
 #include "platform/errorClass.h"
 #include "platform/fileControl.h"
+#include "platform/richtext/RichTextBox.h"
 #include "platform/text/stringControl.h"
 
 #include <QFile>
@@ -37,7 +37,7 @@ clsInsertFieldsInRTB& inserter() {
 bool MergeResultDocument::createMergeDocument(ProgressReporter& progress) {
     ProcedureScope scope(app().errors, "QuillmerePad.exe-frmDocument-createMergeDocument");
     clsInsertFieldsInRTB& fields = inserter();
-    const int type = model.InformationType;
+    const InformationKind type = model.InformationType;
     records.clear();
     totalPagesMergeDocs = 0;
     const bool fromFilter = mergesFromFilter();
@@ -53,11 +53,11 @@ bool MergeResultDocument::createMergeDocument(ProgressReporter& progress) {
         db->moveFirst(m_remittFilteredRST);
     }
     progress.begin(QStringLiteral("Merging information"), count);
-    if (type < 1 || type > 5) {
+    if (!isMergeableKind(type)) {
         progress.end();
         return true;
     }
-    if (type <= 3 && !IDList.isEmpty()) {
+    if (isClientKind(type) && !IDList.isEmpty()) {
         IDList.sortOnFirstTwoColumns();
     }
     records.reserve(size_t(count));
@@ -66,21 +66,21 @@ bool MergeResultDocument::createMergeDocument(ProgressReporter& progress) {
         int company = -1;
         int contact = -1;
         QString name;
-        if (type <= 3) {
+        if (isClientKind(type)) {
             company = idFrom(IDList.value(row, 1));
             if (MergeLookups::validCompanyID(company)) {
                 name = MergeLookups::getCompanyNameFromCompanyID(company);
             } else {
                 company = -1;
             }
-            if (type == 1 && stringControl::isBlank(name)) {
+            if (type == InformationKind::Companies && stringControl::isBlank(name)) {
                 name = QStringLiteral("Information");
             }
             contact = idFrom(IDList.value(row, 2));
             if (!MergeLookups::validContactID(contact)) {
                 contact = MergeLookups::getDefaultContactIDFromCompanyID(company);
             }
-            if (type == 1) {
+            if (type == InformationKind::Companies) {
                 if (stringControl::isBlank(name)) {
                     name = MergeLookups::getDisplayNameFromContactID(contact);
                 }
@@ -93,7 +93,7 @@ bool MergeResultDocument::createMergeDocument(ProgressReporter& progress) {
             progress.step(QStringLiteral("Merging ") + name);
             fields.initializeDataRecordsets(2, false, -1, true, true, true, true, true, company,
                                             contact);
-        } else if (type == 4) {
+        } else if (type == InformationKind::Tasks) {
             if (fromFilter) {
                 record.scheduleID = idFrom(column("ScheduleID"));
                 progress.step(QStringLiteral("Merging ") + column("scheduleName"));
@@ -149,9 +149,9 @@ void MergeResultDocument::saveMergeDocument(ProgressReporter& progress, const QS
     RichTextBox scratch;
     DocumentModel saved = model;
     saved.documentType = DocumentModel::SavedMergeResult;
-    const int type = model.InformationType;
+    const InformationKind type = model.InformationType;
 
-    const bool appointmentsFromFilter = type == 5 && mergesFromFilter();
+    const bool appointmentsFromFilter = type == InformationKind::Appointments && mergesFromFilter();
     for (MergedRecord& record : records) {
         progress.step(
             appointmentsFromFilter
@@ -164,7 +164,7 @@ void MergeResultDocument::saveMergeDocument(ProgressReporter& progress, const QS
         QString path = record.savedPath;
         if (stringControl::isBlank(path) || !fileControl::FileExists(path)) {
             QString folder;
-            if (type == 5) {
+            if (type == InformationKind::Appointments) {
                 const int client = MergeLookups::getClientDataIDFromCompanyID(
                     MergeLookups::getCompanyIDFromAppointmentID(record.appointmentID));
                 folder = MergeLookups::validClientID(client)
@@ -211,7 +211,7 @@ MergeResultDocument::~MergeResultDocument() {
 }
 
 bool MergeResultDocument::mergesFromFilter() const {
-    return (model.InformationType == 4 || model.InformationType == 5) && IDList.isEmpty();
+    return isSearchKind(model.InformationType) && IDList.isEmpty();
 }
 
 void MergeResultDocument::closeRemittRST() {
@@ -232,9 +232,9 @@ bool MergeResultDocument::connectToRemittRST() {
     }
     closeRemittRST();
     QString sql;
-    if (model.InformationType == 4) {
+    if (model.InformationType == InformationKind::Tasks) {
         sql = taskSearch.generateSQLStr();
-    } else if (model.InformationType == 5) {
+    } else if (model.InformationType == InformationKind::Appointments) {
         sql = appointmentSearch.generateSQLStr();
     } else {
         return false;

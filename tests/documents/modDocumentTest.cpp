@@ -28,7 +28,7 @@ DocumentModel sampleDocument() {
     DocumentModel d;
     d.fileSaveType = 0;
     d.documentType = 4;
-    d.InformationType = 2;
+    d.InformationType = InformationKind::CompaniesAndContacts;
     d.PaperSize = 5;
     d.putDocumentOrientation(2, false);
     d.putPageHeight(12240, false);
@@ -193,7 +193,7 @@ TEST(modDocumentTest, TheCompanionFileWinsOverTheTrailerAndIsThenDeleted) {
     openCompanionInformation(f.path, loaded);
     EXPECT_EQ(loaded.fileSaveType, 1);
     EXPECT_EQ(loaded.documentType, 2);
-    EXPECT_EQ(loaded.InformationType, 1); // missing key: its default
+    EXPECT_EQ(loaded.InformationType, InformationKind::Companies); // missing key: its default
     EXPECT_EQ(loaded.getLeftMargin(), 100);
     EXPECT_EQ(loaded.getTopMargin(), 1440);
     EXPECT_EQ(loaded.getRightMargin(), 1440);
@@ -213,7 +213,7 @@ TEST(modDocumentTest, ACompanionThatIsNotAnIniFileGivesTheDefaults) {
     openCompanionInformation(f.path, loaded);
     EXPECT_EQ(loaded.fileSaveType, 0);
     EXPECT_EQ(loaded.documentType, 1);
-    EXPECT_EQ(loaded.InformationType, 1);
+    EXPECT_EQ(loaded.InformationType, InformationKind::Companies);
     EXPECT_EQ(loaded.getLeftMargin(), 1440);
     EXPECT_EQ(loaded.getBottomMargin(), 1440);
     EXPECT_FALSE(QFile::exists(companion));
@@ -241,7 +241,7 @@ TEST(modDocumentTest, ExtensionsByKind) {
     for (const auto& c : cases) {
         DocumentModel d;
         d.documentType = c.documentType;
-        d.InformationType = c.informationType;
+        d.InformationType = informationKindFromInt(c.informationType);
         EXPECT_EQ(getFileExtension(d), QString::fromLatin1(c.extension))
             << c.documentType << "/" << c.informationType;
     }

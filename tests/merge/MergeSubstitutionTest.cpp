@@ -40,7 +40,7 @@ FieldTable catalogueForType(int type) {
     ScopedAppContext context;
     context->clock.setFixed(QDateTime(QDate(2024, 3, 5), QTime(9, 0)));
     clsInsertFieldsInRTB inserter;
-    inserter.createDefaultFieldListStructure(type, true, false);
+    inserter.createDefaultFieldListStructure(informationKindFromInt(type), true, false);
     FieldTable copy;
     inserter.fieldTable().copyEntireListToSecondList(copy);
     // Two rows of one name, as custom labels can make them: the first wins.

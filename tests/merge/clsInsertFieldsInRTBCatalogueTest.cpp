@@ -95,7 +95,7 @@ TEST(clsInsertFieldsInRTBCatalogueTest, HeadingsAndBlankLinesByDocumentType) {
     };
     for (const auto& c : cases) {
         Fixture f;
-        f.inserter.createDefaultFieldListStructure(c.type, false, true);
+        f.inserter.createDefaultFieldListStructure(informationKindFromInt(c.type), false, true);
         EXPECT_EQ(f.headings(), c.expected) << "type " << c.type;
         ASSERT_GT(f.letterhead.rowCount(), 1);
         EXPECT_EQ(f.letterhead.item(0)->text(), "Insert your Letterhead");
@@ -113,10 +113,10 @@ TEST(clsInsertFieldsInRTBCatalogueTest, HeadingsAndBlankLinesByDocumentType) {
 
 TEST(clsInsertFieldsInRTBCatalogueTest, OwnBlockComesFirstAndTask8UsesTaskColumns) {
     Fixture f;
-    f.inserter.createDefaultFieldListStructure(8, true, false);
+    f.inserter.createDefaultFieldListStructure(InformationKind::WorkListTasks, true, false);
     EXPECT_EQ(f.inserter.fieldTable().value(1, Inserter::DataTable), "TaskInfo");
     EXPECT_EQ(f.inserter.getDBFieldFromEnglishField("Task Name"), "Subject");
-    f.inserter.createDefaultFieldListStructure(4, true, false);
+    f.inserter.createDefaultFieldListStructure(InformationKind::Tasks, true, false);
     EXPECT_EQ(f.inserter.getDBFieldFromEnglishField("Task Name"), "scheduleName");
     EXPECT_EQ(f.inserter.getDBFieldFromEnglishField("No Such Field"), "No Such Field");
     EXPECT_EQ(f.inserter.getEnglishFieldFromDBField("CompanyName"), "Company Name");
@@ -145,7 +145,7 @@ TEST(clsInsertFieldsInRTBCatalogueTest, RegionalRowsByProvince) {
     };
     for (const auto& c : cases) {
         Fixture f(1, c.province);
-        f.inserter.createDefaultFieldListStructure(1, true, false);
+        f.inserter.createDefaultFieldListStructure(InformationKind::Companies, true, false);
         const QStringList names = f.names();
         for (const QString& name : c.present) {
             EXPECT_TRUE(names.contains(name)) << c.province << " lacks " << name.toStdString();
@@ -159,17 +159,17 @@ TEST(clsInsertFieldsInRTBCatalogueTest, RegionalRowsByProvince) {
 TEST(clsInsertFieldsInRTBCatalogueTest, HarmonisedSalesTaxFromJulyFirst2010) {
     for (short province : {1, 3}) {
         Fixture before(1, province, QDate(2010, 6, 30));
-        before.inserter.createDefaultFieldListStructure(1, true, false);
+        before.inserter.createDefaultFieldListStructure(InformationKind::Companies, true, false);
         EXPECT_TRUE(before.names().contains("GST Number")) << province;
         Fixture on(1, province, QDate(2010, 7, 1));
-        on.inserter.createDefaultFieldListStructure(1, true, false);
+        on.inserter.createDefaultFieldListStructure(InformationKind::Companies, true, false);
         EXPECT_TRUE(on.names().contains("HST Number")) << province;
     }
 }
 
 TEST(clsInsertFieldsInRTBCatalogueTest, OtherCountriesGetTheUnitedStatesRows) {
     Fixture f(2, 3);
-    f.inserter.createDefaultFieldListStructure(1, false, true);
+    f.inserter.createDefaultFieldListStructure(InformationKind::Companies, false, true);
     const QStringList names = f.names();
     for (const char* name : {"State", "Zip Code", "Contact SSN", "Spouse SSN", "Your State",
                              "Federal Employer Identification Number", "Alcohol Number"}) {
@@ -193,12 +193,12 @@ TEST(clsInsertFieldsInRTBCatalogueTest, CustomLabelRowsComeFromThePracticesLabel
     Fixture f;
     {
         Fixture without;
-        without.inserter.createDefaultFieldListStructure(1, true, false);
+        without.inserter.createDefaultFieldListStructure(InformationKind::Companies, true, false);
         EXPECT_FALSE(without.names().contains("Phone")) << "no database, no label rows";
     }
     MergeTestDatabase db(env.path("labels.qmd"));
     db.fillStandardPractice();
-    f.inserter.createDefaultFieldListStructure(5, true, false);
+    f.inserter.createDefaultFieldListStructure(InformationKind::Appointments, true, false);
     const QStringList names = f.names();
     for (const char* name :
          {"Phone", "Company Custom Field 2", "Custom 2", "Your Phone",
@@ -213,7 +213,7 @@ TEST(clsInsertFieldsInRTBCatalogueTest, CustomLabelRowsComeFromThePracticesLabel
 
 TEST(clsInsertFieldsInRTBCatalogueTest, ListItemsAndInsertionAtTheCaret) {
     Fixture f;
-    f.inserter.createDefaultFieldListStructure(1, true, false);
+    f.inserter.createDefaultFieldListStructure(InformationKind::Companies, true, false);
     const int yearEnd = f.inserter.fieldTable().find("Year End Date", Inserter::EnglishName);
     const int company = f.inserter.fieldTable().find("Company Name", Inserter::EnglishName);
     EXPECT_EQ(f.inserter.parseListItem(yearEnd, false), "(Year End Date, mmmm d yyyy)");
@@ -236,7 +236,7 @@ TEST(clsInsertFieldsInRTBCatalogueTest, ListItemsAndInsertionAtTheCaret) {
 
 TEST(clsInsertFieldsInRTBCatalogueTest, SamplesFollowTheClock) {
     Fixture f(1, 3, QDate(2031, 7, 9));
-    f.inserter.createDefaultFieldListStructure(5, true, false);
+    f.inserter.createDefaultFieldListStructure(InformationKind::Appointments, true, false);
     auto sample = [&](const char* name) {
         f.inserter.fieldTable().find(name, Inserter::EnglishName);
         return f.inserter.fieldTable().columnValue(Inserter::SampleValue);

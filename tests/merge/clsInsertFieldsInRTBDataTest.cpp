@@ -16,7 +16,7 @@ protected:
         db = std::make_unique<MergeTestDatabase>(env.path("client.qmd"));
         db->fillStandardPractice();
         fields.setLineBreaksAsParagraphs(false);
-        fields.createDefaultFieldListStructure(5, true, false);
+        fields.createDefaultFieldListStructure(InformationKind::Appointments, true, false);
     }
     void TearDown() override { db.reset(); }
 

@@ -25,7 +25,7 @@ struct Checked {
         context->msgbox = &msgbox;
         context->currentProvince = province;
         context->clock.setFixed(QDateTime(QDate(2024, 3, 5), QTime(9, 0)));
-        inserter.createDefaultFieldListStructure(type, true, false);
+        inserter.createDefaultFieldListStructure(informationKindFromInt(type), true, false);
     }
 };
 

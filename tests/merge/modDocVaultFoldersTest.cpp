@@ -33,7 +33,7 @@ TEST(modDocVaultFoldersTest, FileNamesFromTheTemplatesName) {
     };
     for (const auto& c : cases) {
         EXPECT_EQ(parseMergeFileName(QString::fromUtf8(c.name), c.saveType, c.documentType,
-                                     c.informationType),
+                                     informationKindFromInt(c.informationType)),
                   QString::fromUtf8(c.expected))
             << c.name;
     }

@@ -33,9 +33,9 @@ protected:
     void TearDown() override { db.reset(); }
 
     void run(int type, const QList<QStringList>& ids) {
-        result.model.InformationType = type;
+        result.model.InformationType = informationKindFromInt(type);
         result.model.documentType = 2;
-        fields.createDefaultFieldListStructure(type, true, true);
+        fields.createDefaultFieldListStructure(informationKindFromInt(type), true, true);
         result.IDList.clear();
         for (const QStringList& row : ids) {
             result.IDList.addRow(result.IDList.rowCount() + 1, row);
@@ -89,8 +89,8 @@ TEST_F(MergeRunTest, TaskAndAppointmentMerges) {
     EXPECT_TRUE(result.records[0].rtf.contains(" 1st Quarterly GST Payment"));
     RecordingProgress appointments;
     result.IDList.clear();
-    result.model.InformationType = 5;
-    fields.createDefaultFieldListStructure(5, true, true);
+    result.model.InformationType = informationKindFromInt(5);
+    fields.createDefaultFieldListStructure(InformationKind::Appointments, true, true);
     result.IDList.addRow(1, {"700", ""});
     result.IDList.addRow(2, {"701", ""});
     result.createMergeDocument(appointments);
@@ -102,8 +102,8 @@ TEST_F(MergeRunTest, SavingFilesEachRecordAndReusesThePathsTheSecondTime) {
     run(1, {{"10", ""}, {"20", ""}});
     run(5, {});
     result.IDList.clear();
-    result.model.InformationType = 1;
-    fields.createDefaultFieldListStructure(1, true, true);
+    result.model.InformationType = informationKindFromInt(1);
+    fields.createDefaultFieldListStructure(InformationKind::Companies, true, true);
     result.IDList.addRow(1, {"10", ""});
     result.IDList.addRow(2, {"-1", "102"});
     result.createMergeDocument(progress);
@@ -179,15 +179,15 @@ protected:
                                     {"TimeFrom", "1899-12-30 08:00:00"}});
     }
     void prepare(int type) {
-        result.model.InformationType = type;
+        result.model.InformationType = informationKindFromInt(type);
         result.model.documentType = 2;
         result.IDList.clear();
-        fields.createDefaultFieldListStructure(type, true, true);
+        fields.createDefaultFieldListStructure(informationKindFromInt(type), true, true);
     }
     QList<int> ids() const {
         QList<int> out;
         for (const MergedRecord& r : result.records) {
-            out << (result.model.InformationType == 4 ? r.scheduleID : r.appointmentID);
+            out << (result.model.InformationType == InformationKind::Tasks ? r.scheduleID : r.appointmentID);
         }
         return out;
     }
