@@ -211,18 +211,21 @@ QString buildCompanionTrailer(const DocumentModel& document) {
     return trailer;
 }
 
+QByteArray documentFileBytes(const QByteArray& content, const DocumentModel& document) {
+    const QByteArray trailer = buildCompanionTrailer(document).toLatin1();
+    if (stringControl::isBlank(QString::fromLatin1(content))) {
+        return trailer;
+    }
+    // The box leaves a NUL behind its RTF.
+    QByteArray bytes = content;
+    bytes.replace('\0', QByteArray());
+    return bytes + trailer;
+}
+
 void saveCompanionInformation(const QString& path, DocumentModel& document) {
     ProcedureScope scope(app().errors, kModule + QStringLiteral("saveCompanionInformation"));
-    const QString trailer = buildCompanionTrailer(document);
-    QString text = readAllText(path);
-    if (stringControl::isBlank(text)) {
-        text = trailer;
-    } else {
-        // The box leaves a NUL behind its RTF.
-        text.remove(QChar(0));
-        text += trailer;
-    }
-    if (!fileControl::writeFileAtomically(path, text.toLatin1())) {
+    const QByteArray bytes = documentFileBytes(readAllText(path).toLatin1(), document);
+    if (!fileControl::writeFileAtomically(path, bytes)) {
         throw QmError(QmError::PathFileAccessError,
                       QStringLiteral("Path/File access error: %1").arg(path));
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 class DocumentModel;
@@ -22,6 +23,12 @@ void saveCompanionInformation(const QString& path, DocumentModel& document);
 // "go on" the remaining values are still read; without an error object the
 // fault is raised to the caller.
 void openCompanionInformation(const QString& path, DocumentModel& document);
+
+// The bytes of a document file: the content as the box saved it, without
+// NUL characters, followed by the trailer (the trailer alone when the content
+// is blank). Raises QmError Overflow for a value outside 16 bits, before
+// anything is written.
+QByteArray documentFileBytes(const QByteArray& content, const DocumentModel& document);
 
 // The extension (without the point) for saving this kind of document; empty
 // for merge results and for templates of other kinds.
