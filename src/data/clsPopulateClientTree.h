@@ -99,6 +99,13 @@ public:
     void setShowActiveInactiveContacts(bool value) { m_markInactiveContacts = value; }
 
     void setIncProgressBar(IncProgressBar handler) { m_incProgressBar = std::move(handler); }
+    // Asked after each node of either pass; when it answers true the pass
+    // stops there, the tree keeps the nodes built so far and
+    // buildCancelled() holds until the next pass.
+    void setCancelRequested(std::function<bool()> question) {
+        m_cancelRequested = std::move(question);
+    }
+    bool buildCancelled() const { return m_buildCancelled; }
 
     // --- Building ----------------------------------------------------------
     // Opens the record sets of the mode in force; does nothing when they are
@@ -177,6 +184,7 @@ private:
                             int image, bool passOverDuplicate);
     bool isSelectedKey(const QString& key) const;
     void raise();
+    void addRootsOfMode();
     void addCategoryNode(const CategoryRow& category, const QString& parentKey, bool isTax,
                          bool isFirm, bool topLevel);
     void addSubCategories(int categoryID, bool isTax, bool isFirm);
@@ -233,6 +241,8 @@ private:
     bool m_markInactiveCompanies = true;
     bool m_markInactiveContacts = true;
     IncProgressBar m_incProgressBar;
+    std::function<bool()> m_cancelRequested;
+    bool m_buildCancelled = false;
 
     // Record sets, -1 when closed.
     bool m_open = false;

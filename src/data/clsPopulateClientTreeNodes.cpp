@@ -12,6 +12,9 @@ using namespace DatabaseLookup;
 
 namespace {
 
+// Unwinds a pass that the user cancelled; never leaves this file.
+struct BuildCancelled {};
+
 const QString InactiveMark = QStringLiteral(" -(Inactive)");
 
 QString key(const char* prefix, int id) {
@@ -60,6 +63,16 @@ void clsPopulateClientTree::populateContactLedgerTree(bool countOnly) {
     }
     if (m_selectedName.isEmpty() && m_hostCategory >= 1)
         m_selectedName = key("Category:", m_hostCategory);
+
+    m_buildCancelled = false;
+    try {
+        addRootsOfMode();
+    } catch (const BuildCancelled&) {
+        m_buildCancelled = true;
+    }
+}
+
+void clsPopulateClientTree::addRootsOfMode() {
 
     auto addRoot = [this](const QString& rootKey, const QString& text) {
         if (ClientTreeNode* root = addNode(QString(), rootKey, text, CategoryImage, false)) {
@@ -165,6 +178,8 @@ bool clsPopulateClientTree::isSelectedKey(const QString& nodeKey) const {
 void clsPopulateClientTree::raise() {
     if (!m_countOnly && m_incProgressBar)
         m_incProgressBar(m_nodeCount);
+    if (m_cancelRequested && m_cancelRequested())
+        throw BuildCancelled{};
 }
 
 void clsPopulateClientTree::addCategoryNode(const CategoryRow& category, const QString& parentKey,

@@ -576,3 +576,29 @@ TEST_F(ClientTreeTest, RecordSetsCloseWithTheObject) {
 }
 
 } // namespace
+
+namespace {
+
+TEST_F(ClientTreeTest, CancelledBuildKeepsWhatWasBuiltAndTheNextBuildIsWhole) {
+    clsPopulateClientTree tree;
+    int asked = 0;
+    tree.setCancelRequested([&] { return ++asked >= 10; });
+    ClientTreeModel& partial = build(tree);
+    EXPECT_TRUE(tree.buildCancelled());
+    EXPECT_EQ(tree.nodeCount(), 10);
+    EXPECT_EQ(partial.count(), 10);
+
+    tree.setCancelRequested({});
+    ClientTreeModel& whole = build(tree);
+    EXPECT_FALSE(tree.buildCancelled());
+    EXPECT_EQ(whole.count(), 35);
+
+    // The counting pass stops at the same question.
+    clsPopulateClientTree counter;
+    counter.setCancelRequested([] { return true; });
+    counter.populateContactLedgerTree(true);
+    EXPECT_TRUE(counter.buildCancelled());
+    EXPECT_EQ(counter.nodeCount(), 1);
+}
+
+} // namespace
