@@ -1,9 +1,10 @@
 #include "spell/SpellCheckSession.h"
 
 #include "context/AppContext.h"
-#include "platform/text/CodePage1252.h"
 #include "platform/MsgboxClass.h"
+#include "platform/ProgressReporter.h"
 #include "platform/errorClass.h"
+#include "platform/text/CodePage1252.h"
 #include "spell/SpellTextTarget.h"
 #include "spell/clsSpellCheck.h"
 #include "spell/modSpellSearch.h"
@@ -56,6 +57,7 @@ void SpellCheckSession::getSpellingErrors() {
     m_misspellings.clear();
     m_suggestions.clear();
     m_selectedSuggestion = -1;
+    m_scanCancelled = false;
     SpellTextTarget* rtb = m_owner.RTB();
     if (rtb == nullptr) {
         return;
@@ -86,6 +88,11 @@ void SpellCheckSession::getSpellingErrors() {
             tokenStart = tokenEnd + 1;
         }
         pump.tick();
+        if (ProgressReporter* progress = app().progress; progress && progress->cancelled()) {
+            m_scanCancelled = true;
+            m_misspellings.clear();
+            return;
+        }
         if (lineEnd < 0) {
             break;
         }

@@ -29,8 +29,11 @@ public:
     explicit SpellCheckSession(clsSpellCheck& owner);
 
     // Scans the text, answers whether it has misspellings, and shows the
-    // first one.
+    // first one. False as well when the user cancelled the scan.
     bool Initialize();
+    // The scan stopped because the progress in force (app().progress) was
+    // cancelled; nothing is listed or marked.
+    bool scanCancelled() const { return m_scanCancelled; }
 
     // Fills the list of misspellings from the text, in order, one entry for
     // each occurrence. The text is split at CR LF and blanks only. With
@@ -108,4 +111,5 @@ private:
     QString m_errorText;
     qsizetype m_highlightPosition = 0;
     qsizetype m_searchPosition = 0;
+    bool m_scanCancelled = false;
 };

@@ -3,9 +3,9 @@
 #include "context/AppContext.h"
 #include "platform/MsgboxClass.h"
 #include "platform/ProgressReporter.h"
-#include "platform/richtext/RichTextBox.h"
 #include "platform/errorClass.h"
 #include "platform/fileControl.h"
+#include "platform/richtext/RichTextBox.h"
 #include "spell/RichTextSpellText.h"
 #include "spell/SpellCheckSession.h"
 #include "spell/modSpellMDBResource.h"
@@ -84,6 +84,9 @@ void clsSpellCheck::openSpellCheckForm(const DialogRunner& showDialog) {
     SpellCheckSession form(*this);
     const bool hasErrors = form.Initialize();
     closeAnimation();
+    if (form.scanCancelled()) {
+        return;
+    }
     if (hasErrors) {
         if (showDialog) {
             showDialog(form);

@@ -1,8 +1,8 @@
 #include "data/clsPopulateClientTree.h"
 
 #include "ClientDbFixture.h"
-#include "platform/tree/ClientTreeModel.h"
 #include "platform/errorClass.h"
+#include "platform/tree/ClientTreeModel.h"
 
 #include <functional>
 

@@ -3,6 +3,7 @@
 #include "QtPrinters.h"
 #include "context/AppContext.h"
 #include "platform/MsgboxClass.h"
+#include "platform/ProgressReporter.h"
 #include "spell/SpellTextTarget.h"
 #include "spell/clsSpellCheck.h"
 #include "support/TestEnvironment.h"
@@ -238,4 +239,25 @@ TEST_F(SpellCheckSessionTest, ActionsWithoutAWordDoNothing) {
     EXPECT_EQ(m_text.Text(), QStringLiteral("cat"));
     EXPECT_TRUE(m_messages.texts().isEmpty());
     EXPECT_EQ(readTestFile(m_spell.databasePath()), QByteArray("cat\r\n"));
+}
+
+TEST_F(SpellCheckSessionTest, CancelledScanListsNothingAndShowsNoMessage) {
+    useList({QStringLiteral("the"), QStringLiteral("letter")});
+    RecordingProgress progress;
+    progress.cancelAfter(0);
+    m_context->progress = &progress;
+    SpellCheckSession& session = start(QStringLiteral("the lettr\r\nthe wrod"));
+    EXPECT_TRUE(session.scanCancelled());
+    EXPECT_TRUE(session.misspellings().isEmpty());
+
+    // The whole check stops without the dialog and without "no errors".
+    bool dialogShown = false;
+    m_spell.startSpellCheck([&](SpellCheckSession&) { dialogShown = true; });
+    EXPECT_FALSE(dialogShown);
+    EXPECT_TRUE(m_messages.shown().empty());
+
+    // Uncancelled, the same text has its two misspellings.
+    m_context->progress = nullptr;
+    EXPECT_EQ(start(QStringLiteral("the lettr\r\nthe wrod")).misspellings(),
+              QStringList({QStringLiteral("lettr"), QStringLiteral("wrod")}));
 }
