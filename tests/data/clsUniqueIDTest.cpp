@@ -2,6 +2,7 @@
 
 #include "context/AppContext.h"
 #include "support/TestEnvironment.h"
+#include "support/WriteBlockedFolder.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -199,18 +200,15 @@ TEST(clsUniqueIDTest, AReadOnlyFolderKeepsItsFile) {
         peek.exec("INSERT INTO UniqueID VALUES ('short', '2020-01-01')");
     }
     const QString folder = QFileInfo(f.path).absolutePath();
-    const auto saved = QFile::permissions(folder);
-    QFile::setPermissions(folder, QFileDevice::ReadOwner | QFileDevice::ExeOwner);
-    const bool blocked = !QFile(folder + "/probe").open(QIODevice::WriteOnly);
     QString id;
-    if (blocked) {
+    {
+        WriteBlockedFolder guard(folder, QFileDevice::ReadOwner | QFileDevice::ExeOwner);
+        if (!guard.blocked()) {
+            GTEST_SKIP() << guard.whyNot().toStdString();
+        }
         clsUniqueID unique;
         unique.setDatabaseLocation(f.path);
         id = unique.getUniqueID();
-    }
-    QFile::setPermissions(folder, saved);
-    if (!blocked) {
-        GTEST_SKIP() << "running as a user whom mode bits do not stop (root)";
     }
     // An identifier it cannot keep, and the file as it was.
     EXPECT_EQ(id.size(), 12);

@@ -5,6 +5,7 @@
 #include "platform/PrivateProfile.h"
 #include "platform/errorClass.h"
 #include "support/TestEnvironment.h"
+#include "support/WriteBlockedFolder.h"
 
 #include <QDir>
 #include <QFile>
@@ -35,20 +36,6 @@ private:
     QString m_path;
     QFileDevice::Permissions m_saved;
 };
-
-// Root writes into folders whatever their mode bits say.
-bool modeBitsStopWrites(const TestEnvironment& env) {
-    const QString folder = env.path(QStringLiteral("probe/"));
-    QDir().mkpath(folder);
-    bool stopped = false;
-    {
-        ReadOnlyFolder guard(folder);
-        QFile file(folder + QStringLiteral("x"));
-        stopped = !file.open(QIODevice::WriteOnly);
-    }
-    QDir(folder).removeRecursively();
-    return stopped;
-}
 
 struct Fixture {
     TestEnvironment env;
@@ -392,17 +379,15 @@ TEST(clsWorkingFolderLocationTest, PermissionTestsWriteForRealAndLeaveNothingBeh
 
 TEST(clsWorkingFolderLocationTest, AFolderThatRefusesWritesReadsAsReadOnly) {
     Fixture f;
-    if (!modeBitsStopWrites(f.env)) {
-        GTEST_SKIP() << "running as a user whom mode bits do not stop (root)";
-    }
     // Writable for others, not for its owner: only a real write shows it.
     const QString folder = f.env.path("locked/");
     QDir().mkpath(folder);
-    const auto saved = QFile::permissions(folder);
-    QFile::setPermissions(folder, QFileDevice::ReadOwner | QFileDevice::ExeOwner |
-                                      QFileDevice::WriteGroup | QFileDevice::WriteOther);
+    WriteBlockedFolder guard(folder, QFileDevice::ReadOwner | QFileDevice::ExeOwner |
+                                         QFileDevice::WriteGroup | QFileDevice::WriteOther);
+    if (!guard.blocked()) {
+        GTEST_SKIP() << guard.whyNot().toStdString();
+    }
     const auto bits = Folders::testFolderPermissions(folder);
-    QFile::setPermissions(folder, saved);
     EXPECT_EQ(bits, Folders::ReadPermission);
     EXPECT_EQ(Folders::readWriteText(bits), "Read Only Access");
 }
