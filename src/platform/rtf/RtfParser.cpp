@@ -1,250 +1,64 @@
-#include "platform/text/CodePage1252.h"
 #include "platform/richtext/RichTextFormat.h"
+#include "platform/rtf/RtfControlWords.h"
 #include "platform/rtf/RtfReader.h"
 #include "platform/rtf/RtfReaderState.h"
+#include "platform/text/CodePage1252.h"
 
 #include <QTextBlock>
 #include <QTextDocument>
-#include <string_view>
-#include <unordered_map>
 
 namespace {
 
 using Token = RtfTokenizer::Token;
-using Entry = RtfParser::Entry;
 
-enum CharWord {
-    Plain,
-    Font,
-    FontSize,
-    Bold,
-    Italic,
-    Underline,
-    UnderlineNone,
-    Strike,
-    Colour,
-    Highlight,
-    Up,
-    Down,
-    Super,
-    Sub,
-    NoSuperSub,
-    Hidden,
-};
-
-enum ParaWord {
-    Pard,
-    AlignLeft,
-    AlignRight,
-    AlignCentre,
-    AlignJustify,
-    FirstLine,
-    LeftIndent,
-    RightIndent,
-    SpaceBefore,
-    SpaceAfter,
-    LineSpacing,
-    LineMultiple,
-    TabStop,
-    TabRight,
-    TabCentre,
-    TabDecimal,
-    TabBar,
-    InTable,
-    ListOverride,
-    ListLevelWord,
-    Paragraph,
-    PageBreak,
-};
-
-enum DocumentWord { AnsiCodePage, DefaultFont, UnicodeSkip, Ansi, Mac, Pc, Pca };
-
-// The control words the reader acts on; everything else is ignored (or,
-// after \*, skipped with its group).
-const std::unordered_map<std::u16string_view, Entry>& controlWords() {
+// The part of the reader that acts on a kind of word; null for a word the
+// reader passes over as if it did not know it.
+RtfParser::Handler handlerFor(RtfWord::Kind kind) {
+    using K = RtfWord::Kind;
     using P = RtfParser;
-    using D = RtfDestination;
-    static const std::unordered_map<std::u16string_view, Entry> table = {
-        // Document.
-        {u"ansicpg", {&P::documentWord, AnsiCodePage}},
-        {u"deff", {&P::documentWord, DefaultFont}},
-        {u"uc", {&P::documentWord, UnicodeSkip}},
-        {u"ansi", {&P::documentWord, Ansi}},
-        {u"mac", {&P::documentWord, Mac}},
-        {u"pc", {&P::documentWord, Pc}},
-        {u"pca", {&P::documentWord, Pca}},
-        {u"u", {&P::unicodeChar, 0}},
-        // Destinations that are read.
-        {u"fonttbl", {&P::destination, int(D::FontTable)}},
-        {u"colortbl", {&P::destination, int(D::ColorTable)}},
-        {u"listtable", {&P::destination, int(D::ListTable)}},
-        {u"listoverridetable", {&P::destination, int(D::ListOverrideTable)}},
-        {u"pict", {&P::destination, int(D::Picture)}},
-        {u"fldinst", {&P::destination, int(D::FieldInstruction)}},
-        {u"pn", {&P::destination, int(D::OldNumbering)}},
-        {u"upr", {&P::destination, int(D::Unicode)}},
-        {u"ud", {&P::destination, int(D::Text)}},
-        {u"shppict", {&P::destination, int(D::Text)}},
-        {u"fldrslt", {&P::fieldWord, 1}},
-        {u"field", {&P::fieldWord, 0}},
-        // Destinations that are skipped whole.
-        {u"info", {&P::skipDestination, 0}},
-        {u"stylesheet", {&P::skipDestination, 0}},
-        {u"header", {&P::skipDestination, 0}},
-        {u"headerl", {&P::skipDestination, 0}},
-        {u"headerr", {&P::skipDestination, 0}},
-        {u"headerf", {&P::skipDestination, 0}},
-        {u"footer", {&P::skipDestination, 0}},
-        {u"footerl", {&P::skipDestination, 0}},
-        {u"footerr", {&P::skipDestination, 0}},
-        {u"footerf", {&P::skipDestination, 0}},
-        {u"footnote", {&P::skipDestination, 0}},
-        {u"annotation", {&P::skipDestination, 0}},
-        {u"pntext", {&P::skipDestination, 0}},
-        {u"pntxta", {&P::skipDestination, 0}},
-        {u"pntxtb", {&P::skipDestination, 0}},
-        {u"listtext", {&P::skipDestination, 0}},
-        {u"leveltext", {&P::skipDestination, 0}},
-        {u"levelnumbers", {&P::skipDestination, 0}},
-        {u"listname", {&P::skipDestination, 0}},
-        {u"nonshppict", {&P::skipDestination, 0}},
-        {u"shprslt", {&P::skipDestination, 0}},
-        {u"objdata", {&P::skipDestination, 0}},
-        {u"objclass", {&P::skipDestination, 0}},
-        {u"revtbl", {&P::skipDestination, 0}},
-        {u"rsidtbl", {&P::skipDestination, 0}},
-        {u"xmlnstbl", {&P::skipDestination, 0}},
-        {u"template", {&P::skipDestination, 0}},
-        {u"filetbl", {&P::skipDestination, 0}},
-        {u"bkmkstart", {&P::skipDestination, 0}},
-        {u"bkmkend", {&P::skipDestination, 0}},
-        {u"txe", {&P::skipDestination, 0}},
-        {u"xe", {&P::skipDestination, 0}},
-        {u"tc", {&P::skipDestination, 0}},
-        // Character format.
-        {u"plain", {&P::charWord, Plain}},
-        {u"f", {&P::charWord, Font}},
-        {u"fs", {&P::charWord, FontSize}},
-        {u"b", {&P::charWord, Bold}},
-        {u"i", {&P::charWord, Italic}},
-        {u"ul", {&P::charWord, Underline}},
-        {u"uld", {&P::charWord, Underline}},
-        {u"uldb", {&P::charWord, Underline}},
-        {u"uldash", {&P::charWord, Underline}},
-        {u"ulth", {&P::charWord, Underline}},
-        {u"ulw", {&P::charWord, Underline}},
-        {u"ulwave", {&P::charWord, Underline}},
-        {u"ulnone", {&P::charWord, UnderlineNone}},
-        {u"strike", {&P::charWord, Strike}},
-        {u"striked", {&P::charWord, Strike}},
-        {u"cf", {&P::charWord, Colour}},
-        {u"highlight", {&P::charWord, Highlight}},
-        {u"cb", {&P::charWord, Highlight}},
-        {u"chcbpat", {&P::charWord, Highlight}},
-        {u"up", {&P::charWord, Up}},
-        {u"dn", {&P::charWord, Down}},
-        {u"super", {&P::charWord, Super}},
-        {u"sub", {&P::charWord, Sub}},
-        {u"nosupersub", {&P::charWord, NoSuperSub}},
-        {u"v", {&P::charWord, Hidden}},
-        // Paragraph format and structure.
-        {u"pard", {&P::paraWord, Pard}},
-        {u"ql", {&P::paraWord, AlignLeft}},
-        {u"qr", {&P::paraWord, AlignRight}},
-        {u"qc", {&P::paraWord, AlignCentre}},
-        {u"qj", {&P::paraWord, AlignJustify}},
-        {u"fi", {&P::paraWord, FirstLine}},
-        {u"li", {&P::paraWord, LeftIndent}},
-        {u"ri", {&P::paraWord, RightIndent}},
-        {u"sb", {&P::paraWord, SpaceBefore}},
-        {u"sa", {&P::paraWord, SpaceAfter}},
-        {u"sl", {&P::paraWord, LineSpacing}},
-        {u"slmult", {&P::paraWord, LineMultiple}},
-        {u"tx", {&P::paraWord, TabStop}},
-        {u"tqr", {&P::paraWord, TabRight}},
-        {u"tqc", {&P::paraWord, TabCentre}},
-        {u"tqdec", {&P::paraWord, TabDecimal}},
-        {u"tb", {&P::paraWord, TabBar}},
-        {u"intbl", {&P::paraWord, InTable}},
-        {u"ls", {&P::paraWord, ListOverride}},
-        {u"ilvl", {&P::paraWord, ListLevelWord}},
-        {u"par", {&P::paraWord, Paragraph}},
-        {u"sect", {&P::paraWord, Paragraph}},
-        {u"page", {&P::paraWord, PageBreak}},
-        // Special characters.
-        {u"tab", {&P::specialChar, '\t'}},
-        {u"line", {&P::specialChar, 0x2028}},
-        {u"emdash", {&P::specialChar, 0x2014}},
-        {u"endash", {&P::specialChar, 0x2013}},
-        {u"bullet", {&P::specialChar, 0x2022}},
-        {u"lquote", {&P::specialChar, 0x2018}},
-        {u"rquote", {&P::specialChar, 0x2019}},
-        {u"ldblquote", {&P::specialChar, 0x201C}},
-        {u"rdblquote", {&P::specialChar, 0x201D}},
-        {u"emspace", {&P::specialChar, 0x2003}},
-        {u"enspace", {&P::specialChar, 0x2002}},
-        {u"qmspace", {&P::specialChar, 0x2005}},
-        {u"zwj", {&P::specialChar, 0x200D}},
-        {u"zwnj", {&P::specialChar, 0x200C}},
-        {u"ltrmark", {&P::specialChar, 0x200E}},
-        {u"rtlmark", {&P::specialChar, 0x200F}},
-        // Font and colour tables.
-        {u"fcharset", {&P::fontWord, 0}},
-        {u"cpg", {&P::fontWord, 1}},
-        {u"red", {&P::colourWord, 0}},
-        {u"green", {&P::colourWord, 1}},
-        {u"blue", {&P::colourWord, 2}},
-        // List tables.
-        {u"list", {&P::listWord, 0}},
-        {u"listid", {&P::listWord, 1}},
-        {u"listlevel", {&P::listWord, 2}},
-        {u"levelnfc", {&P::listWord, 3}},
-        {u"levelnfcn", {&P::listWord, 3}},
-        {u"levelstartat", {&P::listWord, 4}},
-        {u"listoverride", {&P::listWord, 5}},
-        // Old paragraph numbering.
-        {u"pnlvlblt", {&P::oldNumberingWord, 0}},
-        {u"pnlvlbody", {&P::oldNumberingWord, 1}},
-        {u"pnlvl", {&P::oldNumberingWord, 1}},
-        {u"pndec", {&P::oldNumberingWord, 2}},
-        {u"pnucltr", {&P::oldNumberingWord, 3}},
-        {u"pnlcltr", {&P::oldNumberingWord, 4}},
-        {u"pnucrm", {&P::oldNumberingWord, 5}},
-        {u"pnlcrm", {&P::oldNumberingWord, 6}},
-        {u"pnstart", {&P::oldNumberingWord, 7}},
-        // Pictures.
-        {u"pngblip", {&P::pictureWord, 0}},
-        {u"jpegblip", {&P::pictureWord, 1}},
-        {u"wmetafile", {&P::pictureWord, 2}},
-        {u"emfblip", {&P::pictureWord, 2}},
-        {u"dibitmap", {&P::pictureWord, 2}},
-        {u"wbitmap", {&P::pictureWord, 2}},
-        {u"macpict", {&P::pictureWord, 2}},
-        {u"pmmetafile", {&P::pictureWord, 2}},
-        {u"picw", {&P::pictureWord, 3}},
-        {u"pich", {&P::pictureWord, 4}},
-        {u"picwgoal", {&P::pictureWord, 5}},
-        {u"pichgoal", {&P::pictureWord, 6}},
-        {u"picscalex", {&P::pictureWord, 7}},
-        {u"picscaley", {&P::pictureWord, 8}},
-        // Tables.
-        {u"trowd", {&P::tableWord, 0}},
-        {u"cellx", {&P::tableWord, 1}},
-        {u"cell", {&P::tableWord, 2}},
-        {u"row", {&P::tableWord, 3}},
-        {u"trleft", {&P::tableWord, 4}},
-        {u"nestcell", {&P::tableWord, 2}},
-        {u"nestrow", {&P::tableWord, 3}},
-    };
-    return table;
+    switch (kind) {
+    case K::Document:
+        return &P::documentWord;
+    case K::Unicode:
+        return &P::unicodeChar;
+    case K::Destination:
+        return &P::destination;
+    case K::SkippedDestination:
+        return &P::skipDestination;
+    case K::Field:
+        return &P::fieldWord;
+    case K::Character:
+        return &P::charWord;
+    case K::Paragraph:
+        return &P::paraWord;
+    case K::Special:
+        return &P::specialChar;
+    case K::FontTable:
+        return &P::fontWord;
+    case K::ColourTable:
+        return &P::colourWord;
+    case K::ListTable:
+        return &P::listWord;
+    case K::OldNumbering:
+        return &P::oldNumberingWord;
+    case K::Picture:
+        return &P::pictureWord;
+    case K::Table:
+        return &P::tableWord;
+    case K::Written:
+        break;
+    }
+    return nullptr;
 }
 
-bool isDestinationHandler(RtfParser::Handler handler) {
-    return handler == &RtfParser::destination || handler == &RtfParser::skipDestination ||
-           handler == &RtfParser::fieldWord;
+bool startsDestination(RtfWord::Kind kind) {
+    return kind == RtfWord::Kind::Destination || kind == RtfWord::Kind::SkippedDestination ||
+           kind == RtfWord::Kind::Field;
 }
 
 } // namespace
+
+using namespace RtfWord;
 
 RtfParser::RtfParser(QTextCursor& cursor, bool replaceDocument)
     : m_cursor(cursor), m_replaceDocument(replaceDocument) {
@@ -392,19 +206,19 @@ void RtfParser::controlWord(const Token& token) {
     if (current.destination == RtfDestination::Skip) {
         return;
     }
-    const auto& table = controlWords();
-    const auto it = table.find(std::u16string_view(token.name.utf16(), token.name.size()));
-    if (it == table.end()) {
+    const RtfWord::Entry* word = RtfWord::find(token.name);
+    const Handler handler = word != nullptr ? handlerFor(word->kind) : nullptr;
+    if (handler == nullptr) {
         if (ignorable) {
             current.destination = RtfDestination::Skip;
         }
         return;
     }
-    if (ignorable && !isDestinationHandler(it->second.handler)) {
+    if (ignorable && !startsDestination(word->kind)) {
         current.destination = RtfDestination::Skip;
         return;
     }
-    (this->*(it->second.handler))(token, it->second.value);
+    (this->*handler)(token, word->meaning);
 }
 
 void RtfParser::controlSymbol(QChar symbol) {
@@ -427,7 +241,7 @@ void RtfParser::controlSymbol(QChar symbol) {
         appendText(QString(QChar(0x2011)));
         break;
     case u'\n':
-        paraWord(Token{}, Paragraph);
+        paraWord(Token{}, ParagraphEnd);
         break;
     case u'\t':
         appendText(QStringLiteral("\t"));
@@ -802,7 +616,7 @@ void RtfParser::paraWord(const Token& token, int which) {
     case ListLevelWord:
         para.listLevel = std::clamp(value, 0, 8);
         break;
-    case Paragraph:
+    case ParagraphEnd:
         endParagraph(false);
         break;
     case PageBreak:

@@ -1,8 +1,9 @@
 // Paragraphs, lists, tables, pictures and fields of the RTF reader.
 
-#include "platform/text/CodePage1252.h"
 #include "platform/richtext/RichTextFormat.h"
+#include "platform/rtf/RtfControlWords.h"
 #include "platform/rtf/RtfReaderState.h"
+#include "platform/text/CodePage1252.h"
 
 #include <QBuffer>
 #include <QImage>
@@ -44,14 +45,16 @@ constexpr int kMaxColumns = 63;
 
 } // namespace
 
+using namespace RtfWord;
+
 void RtfParser::fontWord(const Token& token, int which) {
     if (state().destination != RtfDestination::FontTable || !token.hasParameter) {
         return;
     }
-    const int codePage =
-        which == 0 ? CodePageDecoder::codePageForCharset(token.parameter) : token.parameter;
+    const int codePage = which == FontCharset ? CodePageDecoder::codePageForCharset(token.parameter)
+                                              : token.parameter;
     // Charset 0 follows the document's code page.
-    if (which == 0 && token.parameter == 0) {
+    if (which == FontCharset && token.parameter == 0) {
         m_fonts[m_fontBeingDefined].codePage = 0;
         return;
     }
@@ -63,7 +66,7 @@ void RtfParser::colourWord(const Token& token, int which) {
         return;
     }
     const int value = std::clamp(token.parameter, 0, 255);
-    (which == 0 ? m_red : which == 1 ? m_green : m_blue) = value;
+    (which == Red ? m_red : which == Green ? m_green : m_blue) = value;
     m_colourSet = true;
 }
 
@@ -71,15 +74,15 @@ void RtfParser::listWord(const Token& token, int which) {
     const RtfDestination destination = state().destination;
     if (destination == RtfDestination::ListTable) {
         switch (which) {
-        case 0: // \list: its levels may come before its \listid
+        case List: // \list: its levels may come before its \listid
             m_pendingLevels.clear();
             m_definingList = &m_pendingLevels;
             break;
-        case 1:
+        case ListId:
             m_listDefinitions[token.parameter] = m_pendingLevels;
             m_definingList = &m_listDefinitions[token.parameter];
             break;
-        case 2:
+        case ListLevelDefinition:
             if (m_definingList == nullptr) {
                 m_definingList = &m_pendingLevels;
             }
@@ -87,12 +90,12 @@ void RtfParser::listWord(const Token& token, int which) {
                 m_definingList->push_back(ListLevel{});
             }
             break;
-        case 3:
+        case LevelFormat:
             if (m_definingList != nullptr && !m_definingList->empty()) {
                 m_definingList->back().format = token.parameter;
             }
             break;
-        case 4:
+        case LevelStart:
             if (m_definingList != nullptr && !m_definingList->empty()) {
                 m_definingList->back().start = token.parameter;
             }
@@ -101,7 +104,7 @@ void RtfParser::listWord(const Token& token, int which) {
             break;
         }
     } else if (destination == RtfDestination::ListOverrideTable) {
-        if (which == 1) {
+        if (which == ListId) {
             m_definingOverride = token.parameter;
         }
     }
@@ -113,30 +116,30 @@ void RtfParser::oldNumberingWord(const Token& token, int which) {
     }
     RtfParaState& para = state().para;
     switch (which) {
-    case 0:
+    case NumberBullet:
         para.oldNumbering = QTextListFormat::ListDisc;
         break;
-    case 1:
+    case NumberBody:
         if (para.oldNumbering == 0 || para.oldNumbering == QTextListFormat::ListDisc) {
             para.oldNumbering = QTextListFormat::ListDecimal;
         }
         break;
-    case 2:
+    case NumberDecimal:
         para.oldNumbering = QTextListFormat::ListDecimal;
         break;
-    case 3:
+    case NumberUpperLetter:
         para.oldNumbering = QTextListFormat::ListUpperAlpha;
         break;
-    case 4:
+    case NumberLowerLetter:
         para.oldNumbering = QTextListFormat::ListLowerAlpha;
         break;
-    case 5:
+    case NumberUpperRoman:
         para.oldNumbering = QTextListFormat::ListUpperRoman;
         break;
-    case 6:
+    case NumberLowerRoman:
         para.oldNumbering = QTextListFormat::ListLowerRoman;
         break;
-    case 7:
+    case NumberStart:
         para.oldNumberingStart = std::max(token.parameter, 0);
         break;
     default:
@@ -145,7 +148,7 @@ void RtfParser::oldNumberingWord(const Token& token, int which) {
 }
 
 void RtfParser::fieldWord(const Token&, int which) {
-    if (which == 1) {
+    if (which == FieldResult) {
         flushText();
         state().destination = RtfDestination::Text;
         state().fieldResult = true;
@@ -172,31 +175,31 @@ void RtfParser::pictureWord(const Token& token, int which) {
     }
     const int value = token.parameter;
     switch (which) {
-    case 0:
+    case PictureFormatPng:
         m_picture.kind = RtfPicture::Kind::Png;
         break;
-    case 1:
+    case PictureFormatJpeg:
         m_picture.kind = RtfPicture::Kind::Jpeg;
         break;
-    case 2:
+    case PictureFormatOther:
         m_picture.kind = RtfPicture::Kind::Other;
         break;
-    case 3:
+    case PictureWidth:
         m_picture.widthPx = std::clamp(value, 0, 1'000'000);
         break;
-    case 4:
+    case PictureHeight:
         m_picture.heightPx = std::clamp(value, 0, 1'000'000);
         break;
-    case 5:
+    case PictureGoalWidth:
         m_picture.goalWidth = std::clamp(value, 0, 1'000'000);
         break;
-    case 6:
+    case PictureGoalHeight:
         m_picture.goalHeight = std::clamp(value, 0, 1'000'000);
         break;
-    case 7:
+    case PictureScaleX:
         m_picture.scaleX = std::clamp(value, 1, 10000);
         break;
-    case 8:
+    case PictureScaleY:
         m_picture.scaleY = std::clamp(value, 1, 10000);
         break;
     default:
@@ -269,22 +272,22 @@ void RtfParser::tableWord(const Token& token, int which) {
         return;
     }
     switch (which) {
-    case 0: // \trowd
+    case RowDefaults:
         m_cellEdges.clear();
         m_rowLeft = 0;
         break;
-    case 1:
+    case CellEdge:
         if (m_cellEdges.size() < 63) {
             m_cellEdges.push_back(std::clamp(token.parameter, -31680, 31680));
         }
         break;
-    case 2:
+    case CellEnd:
         endCell();
         break;
-    case 3:
+    case RowEnd:
         endRow();
         break;
-    case 4:
+    case RowLeft:
         m_rowLeft = token.parameter;
         break;
     default:

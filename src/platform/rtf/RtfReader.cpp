@@ -1,9 +1,9 @@
 #include "platform/rtf/RtfReader.h"
 
-#include "platform/text/CodePage1252.h"
+#include "platform/errorClass.h"
 #include "platform/richtext/RichTextFormat.h"
 #include "platform/rtf/RtfReaderState.h"
-#include "platform/errorClass.h"
+#include "platform/text/CodePage1252.h"
 
 #include <QTextCursor>
 #include <QTextDocument>

@@ -2,6 +2,7 @@
 
 // Internals of the RTF reader, shared by its source files.
 
+#include "platform/rtf/RtfFormatState.h"
 #include "platform/rtf/RtfTokenizer.h"
 
 #include <QByteArray>
@@ -15,52 +16,6 @@
 
 class QTextList;
 class QTextTable;
-
-enum class RtfDestination {
-    Text, // shown text
-    Skip, // ignored with everything inside
-    FontTable,
-    ColorTable,
-    ListTable,
-    ListOverrideTable,
-    Picture,
-    FieldInstruction,
-    OldNumbering, // \pn: paragraph numbering of the old form
-    Unicode,      // \upr: only its \ud part is read
-};
-
-struct RtfCharState {
-    int font = -1;
-    int halfPoints = 24;
-    bool bold = false;
-    bool italic = false;
-    bool underline = false;
-    bool strike = false;
-    bool hidden = false;
-    int colour = 0;
-    int highlight = 0;
-    int offsetHalfPoints = 0; // \up positive, \dn negative
-    int superSub = 0;         // 1 \super, 2 \sub
-    bool operator==(const RtfCharState&) const = default;
-};
-
-struct RtfParaState {
-    int alignment = 0; // 0 left, 1 right, 2 centre, 3 justify
-    int firstLine = 0;
-    int left = 0;
-    int right = 0;
-    int spaceBefore = 0;
-    int spaceAfter = 0;
-    int lineSpacing = 0;
-    bool lineMultiple = false;
-    std::vector<std::pair<int, int>> tabs; // twips, kind
-    int pendingTabKind = 0;
-    bool inTable = false;
-    int listOverride = 0; // \ls
-    int listLevel = 0;    // \ilvl
-    int oldNumbering = 0; // \pn: 0 none, else a QTextListFormat style
-    int oldNumberingStart = 1;
-};
 
 struct RtfGroupState {
     RtfCharState ch;
@@ -91,13 +46,9 @@ public:
     RtfParser(QTextCursor& cursor, bool replaceDocument);
     void parse(QStringView input);
 
+    // Handlers of the kinds of control word (RtfControlWords), each given
+    // the word's meaning within its kind.
     using Handler = void (RtfParser::*)(const RtfTokenizer::Token&, int);
-    struct Entry {
-        Handler handler;
-        int value;
-    };
-
-    // Handlers of the control word table (which names them).
     void destination(const RtfTokenizer::Token&, int destination);
     void skipDestination(const RtfTokenizer::Token&, int);
     void charWord(const RtfTokenizer::Token&, int which);

@@ -1,7 +1,7 @@
 #include "platform/rtf/RtfWriter.h"
 
-#include "platform/text/CodePage1252.h"
 #include "platform/richtext/RichTextFormat.h"
+#include "platform/text/CodePage1252.h"
 
 #include <QBuffer>
 #include <QImage>
