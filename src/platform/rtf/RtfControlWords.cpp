@@ -3,9 +3,7 @@
 #include "platform/rtf/RtfReaderState.h"
 
 #include <QtGlobal>
-#include <map>
 #include <unordered_map>
-#include <utility>
 
 namespace RtfWord {
 
@@ -204,11 +202,15 @@ const std::unordered_map<std::u16string_view, const Entry*>& byName() {
     return table;
 }
 
-const std::map<std::pair<Kind, int>, std::u16string_view>& byMeaning() {
+quint64 meaningKey(Kind kind, int meaning) {
+    return (quint64(kind) << 32) | quint32(meaning);
+}
+
+const std::unordered_map<quint64, std::u16string_view>& byMeaning() {
     static const auto table = [] {
-        std::map<std::pair<Kind, int>, std::u16string_view> meanings;
+        std::unordered_map<quint64, std::u16string_view> meanings;
         for (const Entry& entry : kWords) {
-            meanings.emplace(std::pair(entry.kind, entry.meaning), entry.name);
+            meanings.emplace(meaningKey(entry.kind, entry.meaning), entry.name);
         }
         return meanings;
     }();
@@ -225,7 +227,7 @@ const Entry* find(QStringView name) {
 
 QStringView spelling(Kind kind, int meaning) {
     const auto& meanings = byMeaning();
-    const auto it = meanings.find(std::pair(kind, meaning));
+    const auto it = meanings.find(meaningKey(kind, meaning));
     Q_ASSERT_X(it != meanings.end(), "RtfWord::spelling", "a meaning without a control word");
     if (it == meanings.end()) {
         return {};

@@ -1,6 +1,8 @@
 #include "platform/rtf/RtfWriter.h"
 
 #include "platform/richtext/RichTextFormat.h"
+#include "platform/rtf/RtfControlWords.h"
+#include "platform/rtf/RtfFormatState.h"
 #include "platform/text/CodePage1252.h"
 
 #include <QBuffer>
@@ -17,35 +19,16 @@
 
 namespace {
 
-struct WrittenChar {
-    int font = -1;
-    int halfPoints = -1;
-    bool bold = false;
-    bool italic = false;
-    bool underline = false;
-    bool strike = false;
-    int colour = 0;
-    int highlight = 0;
-    int offsetHalfPoints = 0;
-    int superSub = 0;
-    bool operator==(const WrittenChar&) const = default;
-};
+using namespace RtfWord;
+using K = RtfWord::Kind;
 
-struct WrittenPara {
-    int alignment = 0;
-    int firstLine = 0;
-    int left = 0;
-    int right = 0;
-    int spaceBefore = 0;
-    int spaceAfter = 0;
-    int lineSpacing = 0;
-    bool lineMultiple = false;
-    std::vector<std::pair<int, int>> tabs;
-    int listStyle = 0; // QTextListFormat::Style, 0 none
-    int listStart = 1;
-    bool inTable = false;
-    bool operator==(const WrittenPara&) const = default;
-};
+// Before the first run nothing is in force, so that its font and size are
+// always written.
+constexpr RtfCharState kNothingWritten = [] {
+    RtfCharState state;
+    state.halfPoints = -1;
+    return state;
+}();
 
 class Writer {
 public:
@@ -59,18 +42,18 @@ private:
     void collectTables();
     int fontIndex(const QString& family);
     int colourIndex(const QColor& colour);
-    WrittenChar charState(const QTextCharFormat& format);
-    WrittenPara paraState(const QTextBlock& block);
+    RtfCharState charState(const QTextCharFormat& format);
+    RtfParaState paraState(const QTextBlock& block);
     int twips(const QTextFormat& format, int property, qreal layoutValue) const;
 
-    void word(const char* name);
-    void word(const char* name, long long value);
+    void word(RtfWord::Kind kind, int meaning);
+    void word(RtfWord::Kind kind, int meaning, long long value);
     void text(const QString& text);
     void raw(const char* bytes) { m_out += QLatin1String(bytes); }
     void lineBreak();
 
     void writeParagraphStart(const QTextBlock& block, bool force);
-    void writeCharChanges(const WrittenChar& next);
+    void writeCharChanges(const RtfCharState& next);
     void writePicture(const QTextImageFormat& format);
     void writeRowStart(QTextTable* table);
 
@@ -83,8 +66,8 @@ private:
 
     QStringList m_fonts;
     std::vector<QColor> m_colours;
-    WrittenChar m_char;
-    WrittenPara m_para;
+    RtfCharState m_char = kNothingWritten;
+    RtfParaState m_para;
     bool m_paraWritten = false;
     int m_listNumber = 0;
     const QTextList* m_lastList = nullptr;
@@ -118,8 +101,8 @@ int Writer::colourIndex(const QColor& colour) {
     return static_cast<int>(m_colours.size());
 }
 
-WrittenChar Writer::charState(const QTextCharFormat& format) {
-    WrittenChar state;
+RtfCharState Writer::charState(const QTextCharFormat& format) {
+    RtfCharState state;
     const QStringList families = format.fontFamilies().toStringList();
     state.font = fontIndex(families.isEmpty() ? QString() : families.constFirst());
     const double points = format.hasProperty(QTextFormat::FontPointSize)
@@ -147,9 +130,9 @@ WrittenChar Writer::charState(const QTextCharFormat& format) {
     return state;
 }
 
-WrittenPara Writer::paraState(const QTextBlock& block) {
+RtfParaState Writer::paraState(const QTextBlock& block) {
     const QTextBlockFormat format = block.blockFormat();
-    WrittenPara state;
+    RtfParaState state;
     const Qt::Alignment alignment = format.alignment() & Qt::AlignHorizontal_Mask;
     if (alignment & Qt::AlignRight) {
         state.alignment = 1;
@@ -172,21 +155,22 @@ WrittenPara Writer::paraState(const QTextBlock& block) {
         state.tabs.emplace_back(stops.at(i).toInt(), i < kinds.size() ? kinds.at(i).toInt() : 0);
     }
     if (const QTextList* list = block.textList()) {
-        state.listStyle = list->format().style();
-        state.listStart = std::max(1, list->format().intProperty(RichTextFormat::ListStartNumber));
+        state.oldNumbering = list->format().style();
+        state.oldNumberingStart =
+            std::max(1, list->format().intProperty(RichTextFormat::ListStartNumber));
     }
     state.inTable = QTextCursor(block).currentTable() != nullptr;
     return state;
 }
 
-void Writer::word(const char* name) {
+void Writer::word(RtfWord::Kind kind, int meaning) {
     m_out += QLatin1Char('\\');
-    m_out += QLatin1String(name);
+    m_out += RtfWord::spelling(kind, meaning);
     m_needDelimiter = true;
 }
 
-void Writer::word(const char* name, long long value) {
-    word(name);
+void Writer::word(RtfWord::Kind kind, int meaning, long long value) {
+    word(kind, meaning);
     m_out += QString::number(value);
 }
 
@@ -200,11 +184,11 @@ void Writer::text(const QString& content) {
     for (const QChar ch : content) {
         const char16_t c = ch.unicode();
         if (c == u'\t') {
-            word("tab");
+            word(K::Special, '\t');
             continue;
         }
         if (c == 0x2028) {
-            word("line");
+            word(K::Special, 0x2028);
             continue;
         }
         if (c < 0x20 || c == QChar::ObjectReplacementCharacter || c == 0xFEFF) {
@@ -235,133 +219,133 @@ void Writer::text(const QString& content) {
     }
 }
 
-void Writer::writeCharChanges(const WrittenChar& next) {
+void Writer::writeCharChanges(const RtfCharState& next) {
     if (next.font != m_char.font) {
-        word("f", next.font);
+        word(K::Character, Font, next.font);
     }
     if (next.halfPoints != m_char.halfPoints) {
-        word("fs", next.halfPoints);
+        word(K::Character, FontSize, next.halfPoints);
     }
     if (next.bold != m_char.bold) {
-        next.bold ? word("b") : word("b", 0);
+        next.bold ? word(K::Character, Bold) : word(K::Character, Bold, 0);
     }
     if (next.italic != m_char.italic) {
-        next.italic ? word("i") : word("i", 0);
+        next.italic ? word(K::Character, Italic) : word(K::Character, Italic, 0);
     }
     if (next.underline != m_char.underline) {
-        next.underline ? word("ul") : word("ulnone");
+        next.underline ? word(K::Character, Underline) : word(K::Character, UnderlineNone);
     }
     if (next.strike != m_char.strike) {
-        next.strike ? word("strike") : word("strike", 0);
+        next.strike ? word(K::Character, Strike) : word(K::Character, Strike, 0);
     }
     if (next.colour != m_char.colour) {
-        word("cf", next.colour);
+        word(K::Character, Colour, next.colour);
     }
     if (next.highlight != m_char.highlight) {
-        word("highlight", next.highlight);
+        word(K::Character, Highlight, next.highlight);
     }
     if (next.offsetHalfPoints != m_char.offsetHalfPoints || next.superSub != m_char.superSub) {
         if (next.offsetHalfPoints > 0) {
-            word("up", next.offsetHalfPoints);
+            word(K::Character, Up, next.offsetHalfPoints);
         } else if (next.offsetHalfPoints < 0) {
-            word("dn", -next.offsetHalfPoints);
+            word(K::Character, Down, -next.offsetHalfPoints);
         } else if (next.superSub == 1) {
-            word("super");
+            word(K::Character, Super);
         } else if (next.superSub == 2) {
-            word("sub");
+            word(K::Character, Sub);
         } else {
-            word("nosupersub");
+            word(K::Character, NoSuperSub);
         }
     }
     m_char = next;
 }
 
 void Writer::writeParagraphStart(const QTextBlock& block, bool force) {
-    const WrittenPara next = paraState(block);
+    const RtfParaState next = paraState(block);
     const QTextList* list = block.textList();
     if (force || !m_paraWritten || !(next == m_para)) {
-        word("pard");
+        word(K::Paragraph, Pard);
         if (next.inTable) {
-            word("intbl");
+            word(K::Paragraph, InTable);
         }
-        if (next.listStyle != 0) {
+        if (next.oldNumbering != 0) {
             // The old numbering form: the control writes and reads it.
-            const bool bullet = next.listStyle == QTextListFormat::ListDisc ||
-                                next.listStyle == QTextListFormat::ListCircle ||
-                                next.listStyle == QTextListFormat::ListSquare;
+            const bool bullet = next.oldNumbering == QTextListFormat::ListDisc ||
+                                next.oldNumbering == QTextListFormat::ListCircle ||
+                                next.oldNumbering == QTextListFormat::ListSquare;
             raw("{\\*");
-            word("pn");
+            word(K::Destination, int(RtfDestination::OldNumbering));
             if (bullet) {
-                word("pnlvlblt");
-                word("pnf", 1);
-                word("pnindent", 0);
+                word(K::OldNumbering, NumberBullet);
+                word(K::Written, NumberFont, 1);
+                word(K::Written, NumberIndent, 0);
                 raw("{");
-                word("pntxtb");
+                word(K::SkippedDestination, NumberTextBefore);
                 m_needDelimiter = false;
                 raw("\\'b7}}");
             } else {
-                word("pnlvlbody");
-                word("pnindent", 0);
-                word("pnstart", next.listStart);
-                switch (next.listStyle) {
+                word(K::OldNumbering, NumberBody);
+                word(K::Written, NumberIndent, 0);
+                word(K::OldNumbering, NumberStart, next.oldNumberingStart);
+                switch (next.oldNumbering) {
                 case QTextListFormat::ListUpperAlpha:
-                    word("pnucltr");
+                    word(K::OldNumbering, NumberUpperLetter);
                     break;
                 case QTextListFormat::ListLowerAlpha:
-                    word("pnlcltr");
+                    word(K::OldNumbering, NumberLowerLetter);
                     break;
                 case QTextListFormat::ListUpperRoman:
-                    word("pnucrm");
+                    word(K::OldNumbering, NumberUpperRoman);
                     break;
                 case QTextListFormat::ListLowerRoman:
-                    word("pnlcrm");
+                    word(K::OldNumbering, NumberLowerRoman);
                     break;
                 default:
-                    word("pndec");
+                    word(K::OldNumbering, NumberDecimal);
                     break;
                 }
                 raw("{");
-                word("pntxta");
+                word(K::SkippedDestination, NumberTextAfter);
                 m_needDelimiter = false;
                 raw(".}}");
             }
             m_needDelimiter = false;
         }
         if (next.alignment == 1) {
-            word("qr");
+            word(K::Paragraph, AlignRight);
         } else if (next.alignment == 2) {
-            word("qc");
+            word(K::Paragraph, AlignCentre);
         } else if (next.alignment == 3) {
-            word("qj");
+            word(K::Paragraph, AlignJustify);
         }
         if (next.firstLine != 0) {
-            word("fi", next.firstLine);
+            word(K::Paragraph, FirstLine, next.firstLine);
         }
         if (next.left != 0) {
-            word("li", next.left);
+            word(K::Paragraph, LeftIndent, next.left);
         }
         if (next.right != 0) {
-            word("ri", next.right);
+            word(K::Paragraph, RightIndent, next.right);
         }
         if (next.spaceBefore != 0) {
-            word("sb", next.spaceBefore);
+            word(K::Paragraph, SpaceBefore, next.spaceBefore);
         }
         if (next.spaceAfter != 0) {
-            word("sa", next.spaceAfter);
+            word(K::Paragraph, SpaceAfter, next.spaceAfter);
         }
         if (next.lineSpacing != 0) {
-            word("sl", next.lineSpacing);
-            word("slmult", next.lineMultiple ? 1 : 0);
+            word(K::Paragraph, LineSpacing, next.lineSpacing);
+            word(K::Paragraph, LineMultiple, next.lineMultiple ? 1 : 0);
         }
         for (const auto& [position, kind] : next.tabs) {
             if (kind == 1) {
-                word("tqr");
+                word(K::Paragraph, TabRight);
             } else if (kind == 2) {
-                word("tqc");
+                word(K::Paragraph, TabCentre);
             } else if (kind == 3) {
-                word("tqdec");
+                word(K::Paragraph, TabDecimal);
             }
-            word("tx", position);
+            word(K::Paragraph, TabStop, position);
         }
         m_para = next;
         m_paraWritten = true;
@@ -374,20 +358,20 @@ void Writer::writeParagraphStart(const QTextBlock& block, bool force) {
             m_lastList = list;
         }
         ++m_listNumber;
-        const bool bullet = next.listStyle == QTextListFormat::ListDisc ||
-                            next.listStyle == QTextListFormat::ListCircle ||
-                            next.listStyle == QTextListFormat::ListSquare;
+        const bool bullet = next.oldNumbering == QTextListFormat::ListDisc ||
+                            next.oldNumbering == QTextListFormat::ListCircle ||
+                            next.oldNumbering == QTextListFormat::ListSquare;
         raw("{");
-        word("pntext");
+        word(K::SkippedDestination, NumberText);
         if (bullet) {
-            word("f", 1);
+            word(K::Character, Font, 1);
             m_needDelimiter = false;
             raw("\\'b7");
         } else {
-            word("f", m_char.font >= 0 ? m_char.font : 0);
+            word(K::Character, Font, m_char.font >= 0 ? m_char.font : 0);
             text(list->itemText(block));
         }
-        word("tab");
+        word(K::Special, '\t');
         m_needDelimiter = false;
         raw("}");
     }
@@ -420,12 +404,12 @@ void Writer::writePicture(const QTextImageFormat& format) {
                            : (format.height() > 0 ? static_cast<int>(format.height() / m_scale)
                                                   : image.height() * 15);
     raw("{");
-    word("pict");
-    word("pngblip");
-    word("picw", image.width());
-    word("pich", image.height());
-    word("picwgoal", width);
-    word("pichgoal", height);
+    word(K::Destination, int(RtfDestination::Picture));
+    word(K::Picture, PictureFormatPng);
+    word(K::Picture, PictureWidth, image.width());
+    word(K::Picture, PictureHeight, image.height());
+    word(K::Picture, PictureGoalWidth, width);
+    word(K::Picture, PictureGoalHeight, height);
     const QByteArray hex = png.toHex();
     for (qsizetype i = 0; i < hex.size(); i += 128) {
         lineBreak();
@@ -437,9 +421,9 @@ void Writer::writePicture(const QTextImageFormat& format) {
 
 void Writer::writeRowStart(QTextTable* table) {
     lineBreak();
-    word("trowd");
-    word("trgaph", 108);
-    word("trleft", 0);
+    word(K::Table, RowDefaults);
+    word(K::Written, CellGap, 108);
+    word(K::Table, RowLeft, 0);
     const QTextTableFormat format = table->format();
     const QList<QVariant> widths = format.property(RichTextFormat::ColumnWidthsTwips).toList();
     const QList<QTextLength> constraints = format.columnWidthConstraints();
@@ -453,7 +437,7 @@ void Writer::writeRowStart(QTextTable* table) {
             width = static_cast<int>(std::lround(constraints.at(column).rawValue() / m_scale));
         }
         edge += std::max(width, 1);
-        word("cellx", edge);
+        word(K::Table, CellEdge, edge);
     }
 }
 
@@ -500,48 +484,62 @@ QString Writer::run() {
         }
         const bool cellEnd = cell.isValid() && cell.lastPosition() == blockEnd;
         if (cellEnd) {
-            word("cell");
+            word(K::Table, CellEnd);
             if (cell.column() + cell.columnSpan() >= table->columns()) {
-                word("row");
+                word(K::Table, RowEnd);
                 afterTable = true;
             }
         } else if (blockEnd < end) {
             lineBreak();
             const bool pageBreak = block.blockFormat().boolProperty(RichTextFormat::PageBreakAfter);
-            word(pageBreak ? "page" : "par");
+            word(K::Paragraph, pageBreak ? PageBreak : ParagraphEnd);
         }
         block = block.next();
     }
     if (afterTable) {
-        word("pard");
+        word(K::Paragraph, Pard);
     }
     // The final paragraph mark.
     lineBreak();
-    word("par");
+    word(K::Paragraph, ParagraphEnd);
     lineBreak();
     m_out += QLatin1Char('}');
 
     std::swap(body, m_out);
-    raw("{\\rtf1\\ansi\\ansicpg1252\\deff0\\deflang1033{\\fonttbl");
+    raw("{");
+    word(K::Written, RtfVersion, 1);
+    word(K::Document, Ansi);
+    word(K::Document, AnsiCodePage, 1252);
+    word(K::Document, DefaultFont, 0);
+    word(K::Written, DefaultLanguage, 1033);
+    raw("{");
+    word(K::Destination, int(RtfDestination::FontTable));
     for (qsizetype i = 0; i < m_fonts.size(); ++i) {
         const bool symbol = i == 1;
-        m_out += QStringLiteral("{\\f%1\\fnil\\fcharset%2 ").arg(i).arg(symbol ? 2 : 0);
+        raw("{");
+        word(K::Character, Font, i);
+        word(K::Written, FontFamilyNil);
+        word(K::FontTable, FontCharset, symbol ? 2 : 0);
+        raw(" ");
         m_needDelimiter = false;
         text(m_fonts.at(i).isEmpty() ? QStringLiteral("Tahoma") : m_fonts.at(i));
         m_out += QLatin1String(";}");
     }
     raw("}");
     lineBreak();
-    raw("{\\colortbl ;");
+    raw("{");
+    word(K::Destination, int(RtfDestination::ColorTable));
+    raw(" ;");
     for (const QColor& colour : m_colours) {
-        m_out += QStringLiteral("\\red%1\\green%2\\blue%3;")
-                     .arg(colour.red())
-                     .arg(colour.green())
-                     .arg(colour.blue());
+        word(K::ColourTable, Red, colour.red());
+        word(K::ColourTable, Green, colour.green());
+        word(K::ColourTable, Blue, colour.blue());
+        raw(";");
     }
     raw("}");
     lineBreak();
-    raw("\\viewkind4\\uc1");
+    word(K::Written, ViewKind, 4);
+    word(K::Document, UnicodeSkip, 1);
     m_out += body;
     return m_out;
 }
