@@ -219,6 +219,10 @@ const std::unordered_map<quint64, std::u16string_view>& byMeaning() {
 
 } // namespace
 
+std::span<const Entry> entries() {
+    return kWords;
+}
+
 const Entry* find(QStringView name) {
     const auto& names = byName();
     const auto it = names.find(std::u16string_view(name.utf16(), std::size_t(name.size())));

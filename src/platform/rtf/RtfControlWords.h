@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QStringView>
+#include <span>
 #include <string_view>
 
 // The control words of the RTF this system reads and writes: one table
@@ -130,6 +131,9 @@ struct Entry {
     Kind kind;
     int meaning;
 };
+
+// Every word of the table, in its order.
+std::span<const Entry> entries();
 
 // The word of that name, or null for a word the table does not know.
 const Entry* find(QStringView name);
