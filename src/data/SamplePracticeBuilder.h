@@ -134,6 +134,11 @@ private:
             slot = std::make_unique<Inserter>(m_db, table, columns);
         return *slot;
     }
+    Inserter& companiesNotes() {
+        return into(QStringLiteral("CompaniesNotes"),
+                    {QStringLiteral("CompanyNum"), QStringLiteral("BusinessNotes"),
+                     QStringLiteral("ContactNotes"), QStringLiteral("Notes")});
+    }
 
     int m_nextContactID = 1;
     int m_nextCompanyID = 1;

@@ -108,11 +108,9 @@ void Builder::businessClient(int index) {
                  QString(),
                  QString(),
                  QString()});
-    into(QStringLiteral("CompaniesNotes"),
-         {QStringLiteral("CompanyNum"), QStringLiteral("BusinessNotes"),
-          QStringLiteral("ContactNotes"), QStringLiteral("Notes")})
-        .insert({companyID, QStringLiteral("Client since %1.").arg(1995 + m_random.below(28)),
-                 QString(), QString()});
+    companiesNotes().insert({companyID,
+                             QStringLiteral("Client since %1.").arg(1995 + m_random.below(28)),
+                             QString(), QString()});
 
     // Family of the owner, now and then a couple filing together.
     if (m_random.chance(25)) {
@@ -158,10 +156,7 @@ void Builder::businessClient(int index) {
                      QString(),
                      QString(),
                      QString()});
-        into(QStringLiteral("CompaniesNotes"),
-             {QStringLiteral("CompanyNum"), QStringLiteral("BusinessNotes"),
-              QStringLiteral("ContactNotes"), QStringLiteral("Notes")})
-            .insert({associate, QString(), QString(), QString()});
+        companiesNotes().insert({associate, QString(), QString(), QString()});
         ++m_summary.companies;
     }
 
