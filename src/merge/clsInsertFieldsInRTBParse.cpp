@@ -230,7 +230,10 @@ QString clsInsertFieldsInRTB::calendarText(int userID, CalendarItemKind kind, in
                            : docket    ? QStringLiteral("Docket Name")
                                        : QStringLiteral("Task Start Time");
     if (fieldTable().isEmpty() || fieldTable().find(ownRow, EnglishName) < 0) {
-        createDefaultFieldListStructure(informationKindFromInt(int(kind)), true, false);
+        createDefaultFieldListStructure(appointment ? InformationKind::Appointments
+                                        : docket    ? InformationKind::Dockets
+                                                    : InformationKind::WorkListTasks,
+                                        true, false);
     }
     return parseRTBComment(templateText, companyID, contactID, -1, -1, appointment ? itemID : -1,
                            docket ? itemID : -1, kind == CalendarItemKind::Task ? itemID : -1,
