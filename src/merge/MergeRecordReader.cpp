@@ -233,8 +233,6 @@ void MergeRecordReader::initializeDataRecordsets(InformationKind mergeType, bool
                                                  bool openFirm, int companyID, int contactID) {
     ProcedureScope scope(app().errors,
                          "QuillmerePad.exe-clsInsertFieldsInRTB-initializeDataRecordsets");
-    m_mergeType = mergeType;
-    m_recordID = recordID;
     m_currentCompanyID = companyID;
     m_currentContactID = contactID;
     closeDataRecordsets();
@@ -536,43 +534,8 @@ MergeRecordReader::sourceFor(const QString& dataTable, const MergeRecordIDs& ids
     if (!entry) {
         return std::nullopt;
     }
-    switch (entry->key) {
-    case Key::Contact:
-        if (ids.contact < 0) {
-            return std::nullopt;
-        }
-        refreshSingle(Source::Contacts, ids.contact);
-        key = ids.contact;
-        return Source::Contacts;
-    case Key::Company:
-        if (ids.company < 0) {
-            return std::nullopt;
-        }
-        if (entry->source == Source::Companies) {
-            refreshSingle(Source::Companies, ids.company);
-        }
-        key = ids.company;
-        return entry->source;
-    case Key::Firm:
-        if (ids.firm < 0) {
-            return std::nullopt;
-        }
-        key = ids.firm;
-        return Source::Firm;
-    case Key::Appointment:
-        if (ids.appointment < 0) {
-            return std::nullopt;
-        }
-        refreshSingle(Source::Appointments, ids.appointment);
-        key = ids.appointment;
-        return Source::Appointments;
-    case Key::Docket:
-        if (ids.docket < 0) {
-            return std::nullopt;
-        }
-        key = ids.docket;
-        return Source::Dockets;
-    case Key::ScheduleOrTask:
+    if (entry->key == Key::ScheduleOrTask) {
+        // A task letter may know its schedule, its task, or both.
         if (ids.schedule >= 0) {
             key = ids.schedule;
             return Source::Schedule;
@@ -583,7 +546,20 @@ MergeRecordReader::sourceFor(const QString& dataTable, const MergeRecordIDs& ids
         }
         return std::nullopt;
     }
-    return std::nullopt;
+    const int id = entry->key == Key::Contact       ? ids.contact
+                   : entry->key == Key::Company     ? ids.company
+                   : entry->key == Key::Firm        ? ids.firm
+                   : entry->key == Key::Appointment ? ids.appointment
+                                                    : ids.docket;
+    if (id < 0) {
+        return std::nullopt;
+    }
+    if (entry->source == Source::Contacts || entry->source == Source::Companies ||
+        entry->source == Source::Appointments) {
+        refreshSingle(entry->source, id);
+    }
+    key = id;
+    return entry->source;
 }
 
 QString MergeRecordReader::finishValue(const QVariant& value, bool inRTF) const {

@@ -23,10 +23,11 @@ struct MergeRecordIDs {
 };
 
 // Reads the value of a catalogue field for one record from app().database.
-// The catalogue row names the column and its data table; one table below
-// maps each data table to the record set it is read from, and a second
-// names the columns whose value is computed (abbreviated provinces, the
-// contact and spouse name, columns a contact inherits from its company).
+// The catalogue row names the column and its data table; one table maps
+// each data table to the record set it is read from and the ID it is keyed
+// on, and the column decides whether the value is computed (abbreviated
+// provinces, the contact and spouse name, the columns a contact inherits
+// from its company).
 //
 // Record sets are keyed queries, one row per source, kept until the key
 // changes. The client satellites' columns are taken from the database
@@ -122,8 +123,6 @@ private:
 
     FieldTable& m_catalogue;
     bool m_lineBreaksAsParagraphs = true;
-    InformationKind m_mergeType = InformationKind::NoFieldList;
-    int m_recordID = -1;
     int m_currentCompanyID = -1;
     int m_currentContactID = -1;
     int m_currentAppointmentID = -1;
