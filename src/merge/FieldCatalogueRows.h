@@ -8,6 +8,9 @@
 // and a label row takes its name from the practice's labels.
 namespace FieldCatalogue {
 
+// Column numbers of the catalogue table.
+enum Column : int { DbColumn = 1, EnglishName = 2, DataTable = 3, FieldType = 4, SampleValue = 5 };
+
 enum class Condition {
     Always,
     Canada,    // country 1 only

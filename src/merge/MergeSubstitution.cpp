@@ -1,6 +1,7 @@
 #include "merge/MergeSubstitution.h"
 
-#include "merge/clsInsertFieldsInRTB.h"
+#include "merge/FieldCatalogueRows.h"
+#include "merge/MergePlaceholderText.h"
 #include "platform/FieldTable.h"
 #include "platform/text/VBFormat.h"
 
@@ -205,8 +206,8 @@ const MergeSubstitution::Analysis* MergeSubstitution::analysisFor(const QString&
                      today, QStringLiteral("Date"), f, true);
         }
         for (int row = 1; row <= table.rowCount(); ++row) {
-            const QString name = table.value(row, clsInsertFieldsInRTB::EnglishName);
-            const QString type = table.value(row, clsInsertFieldsInRTB::FieldType);
+            const QString name = table.value(row, FieldCatalogue::EnglishName);
+            const QString type = table.value(row, FieldCatalogue::FieldType);
             if (name.contains(QLatin1Char('\\')) || name.contains(MergeSyntax::kOpen) ||
                 name.contains(MergeSyntax::kClose)) {
                 a->nested = true;
@@ -270,16 +271,16 @@ bool MergeSubstitution::substitute(const QString& text, const FieldTable& table,
         result = text;
         for (size_t i = 0; i < actions.size(); ++i) {
             if (emptyPlaceholders && fetched[i].isEmpty() &&
-                result.contains(clsInsertFieldsInRTB::convertFieldName(
+                result.contains(MergePlaceholderText::convertFieldName(
                                     MergeSyntax::kOpen + actions[i].body + MergeSyntax::kClose),
                                 Qt::CaseInsensitive)) {
                 emptyPlaceholders->append(actions[i].body);
             }
-            clsInsertFieldsInRTB::replaceText(
+            MergePlaceholderText::replaceText(
                 result, MergeSyntax::kOpen + actions[i].body + MergeSyntax::kClose, fetched[i],
                 true);
         }
-        clsInsertFieldsInRTB::replaceUnfoundMergeFieldsWithBlanks(result);
+        MergePlaceholderText::replaceUnfoundMergeFieldsWithBlanks(result);
         return true;
     }
 
@@ -335,7 +336,7 @@ bool MergeSubstitution::substitute(const QString& text, const FieldTable& table,
         }
     }
     if (rawGuillemet) {
-        clsInsertFieldsInRTB::replaceUnfoundMergeFieldsWithBlanks(result);
+        MergePlaceholderText::replaceUnfoundMergeFieldsWithBlanks(result);
     }
     return true;
 }

@@ -1,23 +1,28 @@
 #pragma once
 
 #include "context/DocumentKinds.h"
+#include "merge/FieldCatalogueRows.h"
+#include "merge/MergeFieldCatalogue.h"
+#include "merge/MergeRecordReader.h"
 #include "merge/MergeSubstitution.h"
 #include "platform/FieldTable.h"
 
 #include <QPointer>
 #include <QString>
 #include <QStringList>
-#include <QVariant>
-#include <map>
 #include <optional>
 
 class QStandardItemModel;
 class RichTextBox;
 
-// The merge fields: the catalogue of placeholders for a document type, the
-// placeholder language (validation, rewriting on opening, substitution) and
-// the retrieval of values from the client database. The program keeps one
-// instance for its whole run (app().fieldInserter).
+// The calendar item kinds the host passes to the calendar texts.
+enum class CalendarItemKind : int { Appointment = 5, Docket = 6, Task = 8 };
+
+// The merge fields as the rest of the program sees them: the catalogue of
+// placeholders for a document type (MergeFieldCatalogue), the placeholder
+// language (MergePlaceholderText, MergeSubstitution) and the values of a
+// record (MergeRecordReader). The program keeps one instance for its whole
+// run (app().fieldInserter).
 //
 // The catalogue depends on app().currentCountry, app().currentProvince, the
 // clock and, for the custom label rows, on the labels stored in the
@@ -27,11 +32,11 @@ class clsInsertFieldsInRTB {
 public:
     // Column numbers of the catalogue.
     enum Column : int {
-        DbColumn = 1,
-        EnglishName = 2,
-        DataTable = 3,
-        FieldType = 4,
-        SampleValue = 5
+        DbColumn = FieldCatalogue::DbColumn,
+        EnglishName = FieldCatalogue::EnglishName,
+        DataTable = FieldCatalogue::DataTable,
+        FieldType = FieldCatalogue::FieldType,
+        SampleValue = FieldCatalogue::SampleValue
     };
 
     clsInsertFieldsInRTB();
@@ -44,36 +49,49 @@ public:
     // The list of the template's fields and the letterhead list; either may
     // be absent. Items carry their row position as Qt::UserRole data, -1 for
     // headings and blank lines.
-    void setListBox(QStandardItemModel* list) { m_list = list; }
-    void setAccountantListBox(QStandardItemModel* list) { m_accountantList = list; }
+    void setListBox(QStandardItemModel* list) { m_catalogue.setListBox(list); }
+    void setAccountantListBox(QStandardItemModel* list) { m_catalogue.setAccountantListBox(list); }
     // Where onListClick and insertCurrentDate put their text.
     void setTargetTextBox(RichTextBox* box);
 
-    FieldTable& fieldTable() { return m_table; }
-    const FieldTable& fieldTable() const { return m_table; }
+    FieldTable& fieldTable() { return m_catalogue.table(); }
+    const FieldTable& fieldTable() const { return m_catalogue.table(); }
     // Changes whenever the catalogue is rebuilt.
-    quint64 tableGeneration() const { return m_generation; }
+    quint64 tableGeneration() const { return m_catalogue.generation(); }
 
     // Rebuilds the catalogue for a document type (InformationType). With
     // noList, or without a list box, no list is filled.
-    void createDefaultFieldListStructure(InformationKind documentType, bool noList, bool clearList);
-    void createCompanyInfoFieldListStructure(bool noList);
-    void createAccountantFieldListStructure(bool noList, bool clearList);
+    void createDefaultFieldListStructure(InformationKind documentType, bool noList,
+                                         bool clearList) {
+        m_catalogue.createDefaultFieldListStructure(documentType, noList, clearList);
+    }
+    void createCompanyInfoFieldListStructure(bool noList) {
+        m_catalogue.createCompanyInfoFieldListStructure(noList);
+    }
+    void createAccountantFieldListStructure(bool noList, bool clearList) {
+        m_catalogue.createAccountantFieldListStructure(noList, clearList);
+    }
 
     // Column 1 of the row named `name`, or `name` itself.
-    QString getDBFieldFromEnglishField(const QString& name);
+    QString getDBFieldFromEnglishField(const QString& name) {
+        return m_catalogue.getDBFieldFromEnglishField(name);
+    }
     // Column 2 of the first row on `column`, or `column` itself.
-    QString getEnglishFieldFromDBField(const QString& column);
+    QString getEnglishFieldFromDBField(const QString& column) {
+        return m_catalogue.getEnglishFieldFromDBField(column);
+    }
     // The text a list row inserts: the name, or "(name, mmmm d yyyy)" for a
     // date, between « and » with `withBrackets`. Empty for a negative row.
-    QString parseListItem(int row, bool withBrackets);
+    QString parseListItem(int row, bool withBrackets) {
+        return m_catalogue.parseListItem(row, withBrackets);
+    }
     // Inserts parseListItem(row, true) at the caret of the target box.
     void onListClick(int row);
     // Inserts «(Todays Date, format)» for format number 1 to 14.
     void insertCurrentDate(int formatNumber);
 
-    // The calendar texts of a user for an appointment (5), docket (6) or
-    // task (8), from UserCalendarSettings or the built-in defaults.
+    // The calendar texts of a user for an item of a CalendarItemKind, from
+    // UserCalendarSettings or the built-in defaults; empty for another kind.
     QString createDisplayTextByID(int userID, int itemKind, int companyID, int contactID,
                                   int itemID);
     QString createTitleBarTextByID(int userID, int itemKind, int companyID, int contactID,
@@ -83,7 +101,7 @@ public:
 
     static QString convertFieldName(const QString& text);
     // True for Todays Date and for any name of the catalogue.
-    bool testStr(const QString& name) const;
+    bool testStr(const QString& name) const { return m_catalogue.testStr(name); }
     // True when the template has a fault; the first fault ends the run and
     // its message is shown through app().msgbox with showMessages.
     bool testRTBComment(const QString& text, bool inRTF, bool showMessages, bool skipFieldNames);
@@ -102,11 +120,16 @@ public:
     // Placeholders of the last parseRTBComment that were present but got an
     // empty value, in the order they were filled.
     const QStringList& emptyPlaceholders() const { return m_emptyPlaceholders; }
+    // Fields of the last parseRTBComment whose column the database has in
+    // none of the tables they are read from, as "Field (column Name)"; they
+    // were filled with nothing.
+    const QStringList& missingColumns() const { return m_reader.missingColumns(); }
     // Off: every record goes through the step-by-step substitution.
     void setFastSubstitution(bool on) { m_fastSubstitution = on; }
 
     // --- Data ---------------------------------------------------------------
 
+    // mergeType is an InformationKind number; openEmployees is not used.
     void initializeDataRecordsets(int mergeType, bool openAll, int recordID, bool openBusiness,
                                   bool openCompanies, bool openContacts, bool openFirm,
                                   bool openEmployees, int companyID, int contactID);
@@ -117,90 +140,38 @@ public:
                              int contactID, int scheduleID, int firmID, int appointmentID,
                              int docketID, int taskID, bool useSamples, bool inRTF);
     QString getContactAndSpouseName(int contactID, bool lastNameFirst);
-    static QString getAbbreviatedProvince(const QString& province);
-    static QString getFullProvinceString(const QString& province);
-    QString convertToRTF(const QString& value) const;
+    static QString getAbbreviatedProvince(const QString& province) {
+        return MergeRecordReader::getAbbreviatedProvince(province);
+    }
+    static QString getFullProvinceString(const QString& province) {
+        return MergeRecordReader::getFullProvinceString(province);
+    }
+    QString convertToRTF(const QString& value) const { return m_reader.convertToRTF(value); }
     // The flag of convertToRTF: true on a new object; start-up sets it false.
-    void setLineBreaksAsParagraphs(bool on) { m_lineBreaksAsParagraphs = on; }
-    bool lineBreaksAsParagraphs() const { return m_lineBreaksAsParagraphs; }
+    void setLineBreaksAsParagraphs(bool on) { m_reader.setLineBreaksAsParagraphs(on); }
+    bool lineBreaksAsParagraphs() const { return m_reader.lineBreaksAsParagraphs(); }
     // Closes every record set.
-    void closeDataRecordsets();
+    void closeDataRecordsets() { m_reader.closeDataRecordsets(); }
 
 private:
-    enum class Source {
-        Companies,
-        Contacts,
-        Firm,
-        Business,
-        Schedule,
-        Tasks,
-        Appointments,
-        Dockets
-    };
-    struct RecordsetState {
-        bool open = false;         // opened by initializeDataRecordsets or a read
-        int singleID = -1;         // >= 0: the set holds that record only
-        int cachedKey = -2;        // the key of the row read last
-        quint64 cachedColumns = 0; // the column choice the row was read with
-        int handle = -1;           // database handle of the row read last
-        bool found = false;
-    };
-
-    void beginBuild(bool noList, bool clearList);
-    void addHeading(const QString& heading, bool blankLineBefore, bool noList);
-    void addRows(int block, bool noList, QStandardItemModel* list);
-    void addRow(const QString& db, const QString& name, const QString& table, const QString& type,
-                const QString& sample, bool noList, QStandardItemModel* list,
-                const QString& listText = QString());
-    void loadLabels();
-    QString label(const QString& labelColumn);
     void insertAtCaret(const QString& text);
-
     QString literalParse(const QString& text, bool inRTF, bool contactForCompany,
                          PlaceholderValues& values);
-    QString calendarText(int userID, int itemKind, int companyID, int contactID, int itemID,
-                         bool titleBar);
+    QString calendarText(int userID, CalendarItemKind kind, int companyID, int contactID,
+                         int itemID, bool titleBar);
+    // The column choice for these names under the current catalogue.
+    const MergeRecordReader::ColumnChoice& columnsFor(const QStringList& names);
 
-    RecordsetState& state(Source source);
-    // Positions the source on the row with that key; false when none.
-    bool seek(Source source, int key);
-    QVariant column(Source source, const QString& name);
-    QString sqlFor(Source source, int key) const;
-    QString sqlForColumns(Source source, int key, const QStringList& columns) const;
-    bool resolveRow(const QString& englishName, QString& dbColumn, QString& dataTable);
-    std::optional<Source> sourceFor(const QString& dataTable, int companyID, int contactID,
-                                    int scheduleID, int firmID, int appointmentID, int docketID,
-                                    int taskID, int& key);
-    void refreshSingle(Source source, int id);
-    QString finishValue(const QVariant& value, bool inRTF) const;
-
-    FieldTable m_table{5};
-    int m_counter = 0;
-    quint64 m_generation = 0;
-    QStandardItemModel* m_list = nullptr;
-    QStandardItemModel* m_accountantList = nullptr;
+    MergeFieldCatalogue m_catalogue;
+    MergeRecordReader m_reader{m_catalogue.table()};
+    MergeSubstitution m_substitution;
     QPointer<RichTextBox> m_target;
-    bool m_haveTarget = false;
-    std::map<QString, QString> m_labels; // label column -> label, while building
-    bool m_labelsLoaded = false;
 
     QString m_lastTestMessage;
     QStringList m_emptyPlaceholders;
     bool m_fastSubstitution = true;
-    MergeSubstitution m_substitution;
 
-    bool m_lineBreaksAsParagraphs = true;
-    int m_mergeType = 0;
-    int m_recordID = -1;
-    int m_currentCompanyID = -1;
-    int m_currentContactID = -1;
-    int m_currentAppointmentID = -1;
-    std::map<Source, RecordsetState> m_sets;
-    // While a record is substituted: the columns each source must give, so
-    // that a read fetches those and not whole rows. Empty: every column.
-    std::map<Source, QStringList> m_columns;
-    quint64 m_columnsGeneration = 0;
     QStringList m_chosenNames;
-    bool m_columnsActive = false;
-    void chooseColumns(const QStringList& names);
+    quint64 m_chosenGeneration = 0;
+    std::optional<MergeRecordReader::ColumnChoice> m_choice;
 };

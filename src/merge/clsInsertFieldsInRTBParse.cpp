@@ -7,29 +7,27 @@
 
 namespace {
 
-// getDataField and getDataDateField for one record.
+// The values of one record, read with the columns chosen for the template
+// (none: whole rows).
 class RecordValues : public PlaceholderValues {
 public:
-    RecordValues(clsInsertFieldsInRTB& owner, int companyID, int contactID, int scheduleID,
-                 int firmID, int appointmentID, int docketID, int taskID, bool useSamples,
-                 bool inRTF)
-        : m_owner(owner), m_company(companyID), m_contact(contactID), m_schedule(scheduleID),
-          m_firm(firmID), m_appointment(appointmentID), m_docket(docketID), m_task(taskID),
-          m_samples(useSamples), m_rtf(inRTF) {}
+    RecordValues(MergeRecordReader& reader, const MergeRecordIDs& ids, bool useSamples, bool inRTF,
+                 const MergeRecordReader::ColumnChoice* columns)
+        : m_reader(reader), m_ids(ids), m_samples(useSamples), m_rtf(inRTF), m_columns(columns) {}
 
     QString dataField(const QString& name) override {
-        return m_owner.getDataField(name, m_company, m_contact, m_schedule, m_firm, m_appointment,
-                                    m_docket, m_task, m_samples, m_rtf);
+        return m_reader.getDataField(name, m_ids, m_samples, m_rtf, m_columns);
     }
     QString dataDateField(const QString& name, const QString& format) override {
-        return m_owner.getDataDateField(name, format, m_company, m_contact, m_schedule, m_firm,
-                                        m_appointment, m_docket, m_task, m_samples, m_rtf);
+        return m_reader.getDataDateField(name, format, m_ids, m_samples, m_rtf, m_columns);
     }
 
 private:
-    clsInsertFieldsInRTB& m_owner;
-    int m_company, m_contact, m_schedule, m_firm, m_appointment, m_docket, m_task;
-    bool m_samples, m_rtf;
+    MergeRecordReader& m_reader;
+    MergeRecordIDs m_ids;
+    bool m_samples;
+    bool m_rtf;
+    const MergeRecordReader::ColumnChoice* m_columns;
 };
 
 QString placeholder(const QString& body) {
@@ -44,9 +42,10 @@ QString clsInsertFieldsInRTB::parseRTBComment(const QString& text, int companyID
                                               bool contactNameForCompany) {
     ProcedureScope scope(app().errors, "QuillmerePad.exe-clsInsertFieldsInRTB-parseRTBComment");
     m_emptyPlaceholders.clear();
+    m_reader.clearMissingColumns();
     const bool contactForCompany = contactNameForCompany && companyID < 1 && contactID >= 1;
 
-    if (m_table.isEmpty()) {
+    if (fieldTable().isEmpty()) {
         std::optional<InformationKind> type;
         if (MergeLookups::validAppointmentID(appointmentID)) {
             type = InformationKind::Appointments;
@@ -64,33 +63,33 @@ QString clsInsertFieldsInRTB::parseRTBComment(const QString& text, int companyID
             createDefaultFieldListStructure(*type, true, false);
         }
     }
-    if (m_table.isEmpty()) {
+    if (fieldTable().isEmpty()) {
         return text;
     }
 
-    RecordValues values(*this, companyID, contactID, scheduleID, firmID, appointmentID, docketID,
-                        taskID, useSamples, inRTF);
+    const MergeRecordIDs ids{companyID,     contactID, scheduleID, firmID,
+                             appointmentID, docketID,  taskID};
     if (inRTF && m_fastSubstitution) {
         // Reads fetch only the columns this template asks for.
         const QStringList names =
-            m_substitution.lookedUpNames(text, m_table, m_generation, contactForCompany);
-        if (names != m_chosenNames || m_columns.empty()) {
-            chooseColumns(names);
-            m_chosenNames = names;
-        }
+            m_substitution.lookedUpNames(text, fieldTable(), tableGeneration(), contactForCompany);
+        RecordValues values(m_reader, ids, useSamples, inRTF, &columnsFor(names));
         QString result;
-        m_columnsActive = true;
-        try {
-            m_substitution.substitute(text, m_table, m_generation, contactForCompany, values,
-                                      result, &m_emptyPlaceholders);
-        } catch (...) {
-            m_columnsActive = false;
-            throw;
-        }
-        m_columnsActive = false;
+        m_substitution.substitute(text, fieldTable(), tableGeneration(), contactForCompany, values,
+                                  result, &m_emptyPlaceholders);
         return result;
     }
+    RecordValues values(m_reader, ids, useSamples, inRTF, nullptr);
     return literalParse(text, inRTF, contactForCompany, values);
+}
+
+const MergeRecordReader::ColumnChoice& clsInsertFieldsInRTB::columnsFor(const QStringList& names) {
+    if (!m_choice || m_chosenGeneration != tableGeneration() || names != m_chosenNames) {
+        m_choice = m_reader.chooseColumns(names);
+        m_chosenNames = names;
+        m_chosenGeneration = tableGeneration();
+    }
+    return *m_choice;
 }
 
 QString clsInsertFieldsInRTB::literalParse(const QString& text, bool inRTF, bool contactForCompany,
@@ -112,9 +111,9 @@ QString clsInsertFieldsInRTB::literalParse(const QString& text, bool inRTF, bool
             fill(body, values.dataDateField(QStringLiteral("Todays Date"), format));
         }
     }
-    for (int row = 1; row <= m_table.rowCount(); ++row) {
-        const QString name = m_table.value(row, EnglishName);
-        const QString type = m_table.value(row, FieldType);
+    for (int row = 1; row <= fieldTable().rowCount(); ++row) {
+        const QString name = fieldTable().value(row, EnglishName);
+        const QString type = fieldTable().value(row, FieldType);
         if (type == QLatin1String("Date")) {
             for (int f = 0; f < formats.size(); ++f) {
                 const QString body = QLatin1Char('(') + name + QStringLiteral(", ") +
@@ -135,34 +134,34 @@ QString clsInsertFieldsInRTB::createDisplayTextByID(int userID, int itemKind, in
                                                     int contactID, int itemID) {
     ProcedureScope scope(app().errors,
                          "QuillmerePad.exe-clsInsertFieldsInRTB-createDisplayTextByID");
-    return calendarText(userID, itemKind, companyID, contactID, itemID, false);
+    return calendarText(userID, CalendarItemKind(itemKind), companyID, contactID, itemID, false);
 }
 
 QString clsInsertFieldsInRTB::createTitleBarTextByID(int userID, int itemKind, int companyID,
                                                      int contactID, int itemID) {
     ProcedureScope scope(app().errors,
                          "QuillmerePad.exe-clsInsertFieldsInRTB-createTitleBarTextByID");
-    return calendarText(userID, itemKind, companyID, contactID, itemID, true);
+    return calendarText(userID, CalendarItemKind(itemKind), companyID, contactID, itemID, true);
 }
 
-QString clsInsertFieldsInRTB::calendarText(int userID, int itemKind, int companyID, int contactID,
-                                           int itemID, bool titleBar) {
+QString clsInsertFieldsInRTB::calendarText(int userID, CalendarItemKind kind, int companyID,
+                                           int contactID, int itemID, bool titleBar) {
     QString prefix;
     QString defaultText;
-    switch (itemKind) {
-    case 5:
+    switch (kind) {
+    case CalendarItemKind::Appointment:
         prefix = QStringLiteral("Appt");
         defaultText = QStringLiteral("\u00ABAppointment Name\u00BB for \u00ABCompany Name\u00BB\r\n"
                                      "\u00ABAppointment Start Time\u00BB to \u00ABAppointment End "
                                      "Time\u00BB");
         break;
-    case 6:
+    case CalendarItemKind::Docket:
         prefix = QStringLiteral("Docket");
         defaultText = QStringLiteral(
             "\u00ABDocket Start Time\u00BB to \u00ABDocket End Time\u00BB\r\n\u00ABAppointment "
             "Name\u00BB \u00ABTask Name\u00BB \u00ABCompany Name\u00BB\r\n\u00ABDocket Name\u00BB");
         break;
-    case 8:
+    case CalendarItemKind::Task:
         prefix = QStringLiteral("Task");
         defaultText = QStringLiteral("\u00ABTask Name\u00BB for \u00ABCompany Name\u00BB\r\n"
                                      "\u00ABTask Start Time\u00BB to \u00ABTask End Time\u00BB");
@@ -196,7 +195,7 @@ QString clsInsertFieldsInRTB::calendarText(int userID, int itemKind, int company
         };
         setting =
             read(prefix + (titleBar ? QStringLiteral("TitleBarText") : QStringLiteral("Template")));
-        if (itemKind == 5 && !titleBar) {
+        if (kind == CalendarItemKind::Appointment && !titleBar) {
             before = read(QStringLiteral("BeforeAppointmentText"));
             after = read(QStringLiteral("AfterAppointmentText"));
         }
@@ -224,13 +223,19 @@ QString clsInsertFieldsInRTB::calendarText(int userID, int itemKind, int company
         }
     }
 
-    if (m_table.isEmpty() || m_table.find(itemKind == 5   ? QStringLiteral("Appointment Name")
-                                          : itemKind == 6 ? QStringLiteral("Docket Name")
-                                                          : QStringLiteral("Task Start Time"),
-                                          EnglishName) < 0) {
-        createDefaultFieldListStructure(informationKindFromInt(itemKind), true, false);
+    const bool appointment = kind == CalendarItemKind::Appointment;
+    const bool docket = kind == CalendarItemKind::Docket;
+    // Each kind's catalogue has a row the others lack.
+    const QString ownRow = appointment ? QStringLiteral("Appointment Name")
+                           : docket    ? QStringLiteral("Docket Name")
+                                       : QStringLiteral("Task Start Time");
+    if (fieldTable().isEmpty() || fieldTable().find(ownRow, EnglishName) < 0) {
+        createDefaultFieldListStructure(appointment ? InformationKind::Appointments
+                                        : docket    ? InformationKind::Dockets
+                                                    : InformationKind::WorkListTasks,
+                                        true, false);
     }
-    return parseRTBComment(templateText, companyID, contactID, -1, -1, itemKind == 5 ? itemID : -1,
-                           itemKind == 6 ? itemID : -1, itemKind == 8 ? itemID : -1, false, false,
-                           false);
+    return parseRTBComment(templateText, companyID, contactID, -1, -1, appointment ? itemID : -1,
+                           docket ? itemID : -1, kind == CalendarItemKind::Task ? itemID : -1,
+                           false, false, false);
 }

@@ -162,4 +162,32 @@ TEST_F(DataTest, ReadsAreCachedPerRecord) {
     EXPECT_EQ(db->db().openRecordsetCount(), before);
 }
 
+TEST_F(DataTest, NarrowedReadOfAMergeLeakedIntoLaterReads) {
+    // A merge reads only the columns its template names; a value asked for
+    // afterwards must not come from that narrowed row.
+    fields.initializeDataRecordsets(2, false, -1, true, true, true, true, true, 10, 100);
+    const QString letter = QStringLiteral("{\\rtf1 \\'abCity\\'bb}");
+    EXPECT_EQ(fields.parseRTBComment(letter, 10, 100, -1, 1, -1, -1, -1, false, true, false),
+              "{\\rtf1 Toronto}");
+    EXPECT_EQ(field("Company Name", 10, 100), "Acme Widgets");
+    EXPECT_EQ(field("File Number", 10, 100), "F-77");
+    EXPECT_EQ(fields.parseRTBComment(QStringLiteral("{\\rtf1 \\'abFile Number\\'bb}"), 10, 100, -1,
+                                     1, -1, -1, -1, false, true, false),
+              "{\\rtf1 F-77}");
+}
+
+TEST_F(DataTest, TableColumnsAreLookedUpOncePerConnection) {
+    const QString letter = QStringLiteral("{\\rtf1 \\'abCompany Name\\'bb \\'abFile Number\\'bb}");
+    auto statementsFor = [&](int company) {
+        const qint64 before = db->db().statementCount();
+        fields.initializeDataRecordsets(1, false, -1, true, true, true, true, true, company, -1);
+        fields.parseRTBComment(letter, company, -1, -1, 1, -1, -1, -1, false, true, false);
+        return db->db().statementCount() - before;
+    };
+    const qint64 first = statementsFor(10);
+    const qint64 second = statementsFor(20);
+    EXPECT_EQ(statementsFor(30), second);
+    EXPECT_GT(first, second) << "the first record also reads the tables' columns";
+}
+
 } // namespace

@@ -337,12 +337,21 @@ CREATE TABLE UserGeneralSettings (
   OptionsFamilyDisplayOption INTEGER
 );
 
+-- One row per user: calendar layout and the calendar texts per item kind.
 CREATE TABLE UserCalendarSettings (
   UserIDNum INTEGER PRIMARY KEY,
   CalendarStartHour INTEGER,
   CalendarEndHour INTEGER,
   CalendarInterval INTEGER,
-  CalendarDefaultView TEXT
+  CalendarDefaultView TEXT,
+  ApptTemplate TEXT,
+  ApptTitleBarText TEXT,
+  DocketTemplate TEXT,
+  DocketTitleBarText TEXT,
+  TaskTemplate TEXT,
+  TaskTitleBarText TEXT,
+  BeforeAppointmentText TEXT,
+  AfterAppointmentText TEXT
 );
 
 -- One row.

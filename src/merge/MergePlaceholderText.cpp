@@ -1,10 +1,9 @@
-#include "context/AppContext.h"
-#include "merge/MergeLookups.h"
-#include "merge/clsInsertFieldsInRTB.h"
-#include "platform/MsgboxClass.h"
-#include "platform/errorClass.h"
+#include "merge/MergePlaceholderText.h"
 
-QString corporationTaxWord(int province);
+#include "context/AppContext.h"
+#include "merge/MergeFieldCatalogue.h"
+#include "merge/MergeSubstitution.h"
+#include "platform/errorClass.h"
 
 namespace {
 
@@ -118,35 +117,21 @@ void salesTaxRewrite(QString& text, char kind) {
 
 } // namespace
 
-QString clsInsertFieldsInRTB::convertFieldName(const QString& text) {
+QString MergePlaceholderText::convertFieldName(const QString& text) {
     QString out = text;
     out.replace(MergeSyntax::kOpen, MergeSyntax::openEscape(), Qt::CaseInsensitive);
     out.replace(MergeSyntax::kClose, MergeSyntax::closeEscape(), Qt::CaseInsensitive);
     return out;
 }
 
-bool clsInsertFieldsInRTB::testStr(const QString& name) const {
-    if (name.toUpper() == QLatin1String("TODAYS DATE")) {
-        return true;
-    }
-    for (int row = 1; row <= m_table.rowCount(); ++row) {
-        if (m_table.value(row, EnglishName) == name) {
-            return true;
-        }
-    }
-    return false;
-}
-
-bool clsInsertFieldsInRTB::testRTBComment(const QString& text, bool inRTF, bool showMessages,
-                                          bool skipFieldNames) {
-    ProcedureScope scope(app().errors, "QuillmerePad.exe-clsInsertFieldsInRTB-testRTBComment");
+QString MergePlaceholderText::templateFault(const QString& text, bool inRTF, bool skipFieldNames,
+                                            const MergeFieldCatalogue& catalogue) {
     const QString missingOpening = QStringLiteral(
         "You are missing your opening brackets, '\u00AB' in one of your expressions");
     const QString openToken = inRTF ? MergeSyntax::openEscape() : QString(MergeSyntax::kOpen);
     const QString closeToken = inRTF ? MergeSyntax::closeEscape() : QString(MergeSyntax::kClose);
     const qsizetype tokenLength = openToken.size();
 
-    m_lastTestMessage.clear();
     // The text not yet examined is text[base...]; positions are 1-based
     // within it, 0 when absent. (Walking an offset instead of copying the
     // rest keeps a long template linear.)
@@ -202,7 +187,7 @@ bool clsInsertFieldsInRTB::testRTBComment(const QString& text, bool inRTF, bool 
                                      "before and after a field.") +
                       kCrLf + kCrLf + QStringLiteral("eg. \u00ABCompany Name\u00BB");
         }
-        if (!skipFieldNames && !fault && !testStr(name)) {
+        if (!skipFieldNames && !fault && !catalogue.testStr(name)) {
             fault = true;
             message = QStringLiteral("The Quillmere Pad did not recognize: \u00AB") + name +
                       QStringLiteral("\u00BB as a valid placeholder field name.");
@@ -214,14 +199,10 @@ bool clsInsertFieldsInRTB::testRTBComment(const QString& text, bool inRTF, bool 
             message = missingOpening;
         }
     }
-    m_lastTestMessage = message;
-    if (fault && showMessages && app().msgbox) {
-        app().msgbox->showMessage(message);
-    }
-    return fault;
+    return message;
 }
 
-bool clsInsertFieldsInRTB::replaceText(QString& text, const QString& find, const QString& value,
+bool MergePlaceholderText::replaceText(QString& text, const QString& find, const QString& value,
                                        bool inRTF) {
     if (!inRTF) {
         text.replace(find, value, Qt::CaseInsensitive);
@@ -237,7 +218,7 @@ bool clsInsertFieldsInRTB::replaceText(QString& text, const QString& find, const
     return false;
 }
 
-bool clsInsertFieldsInRTB::replaceUnfoundMergeFieldsWithBlanks(QString& text) {
+bool MergePlaceholderText::replaceUnfoundMergeFieldsWithBlanks(QString& text) {
     qsizetype open = text.indexOf(MergeSyntax::kOpen);
     while (open >= 0) {
         const qsizetype close = text.indexOf(MergeSyntax::kClose, open + 1);
@@ -251,16 +232,14 @@ bool clsInsertFieldsInRTB::replaceUnfoundMergeFieldsWithBlanks(QString& text) {
     return false;
 }
 
-QString clsInsertFieldsInRTB::removeBlankLinesFromRTFText(const QString& text) {
+QString MergePlaceholderText::removeBlankLinesFromRTFText(const QString& text) {
     QString withoutBlankLines = text;
     withoutBlankLines.replace(QStringLiteral("\\par \r\n"), QString());
     Q_UNUSED(withoutBlankLines);
     return text;
 }
 
-QString clsInsertFieldsInRTB::convertProvinceFields(const QString& text) const {
-    ProcedureScope scope(app().errors,
-                         "QuillmerePad.exe-clsInsertFieldsInRTB-convertProvinceFields");
+QString MergePlaceholderText::convertProvinceFields(const QString& text) {
     QString out = text;
     replaceAll(out, QStringLiteral("<<"), QString(MergeSyntax::kOpen));
     replaceAll(out, QStringLiteral(">>"), QString(MergeSyntax::kClose));
@@ -314,7 +293,7 @@ QString clsInsertFieldsInRTB::convertProvinceFields(const QString& text) const {
         }
         workerCompensationRewrite(out, worker);
         salesTaxRewrite(out, sales);
-        const QString own = corporationTaxWord(province);
+        const QString own = MergeFieldCatalogue::corporationTaxWord(province);
         for (const char* word : kCorporationTaxWords) {
             const QString other = QString::fromLatin1(word);
             if (other != own) {
