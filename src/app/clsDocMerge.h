@@ -124,6 +124,7 @@ public:
     void performMerge();
     void bringQuillmerePadToTop();
 
+    bool hasActiveDocument() const { return m_application.hasActiveDocument(); }
     // Whether an opening call has started the application.
     bool isOpened() const { return m_opened; }
     void setExitDocMergeHandler(std::function<void()> handler) {
