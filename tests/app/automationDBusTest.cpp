@@ -34,6 +34,20 @@ public Q_SLOTS:
     void onExit() { ++heard; }
 };
 
+// A host's error object: what the program pushed on it, in order.
+class HostErrors : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.quillmere.errorClass")
+public:
+    QStringList log;
+public Q_SLOTS:
+    void enterProcedure(const QString& tag) { log << "enter:" + tag; }
+    void leaveProcedure() { log << "leave"; }
+    void reportError(int number, const QString& text) {
+        log << QStringLiteral("error:%1:%2").arg(number).arg(text);
+    }
+};
+
 namespace {
 
 QDBusConnection bus() {
@@ -227,10 +241,24 @@ TEST(automationDBusTest, AFirstCallStartsTheProgramAndPropertiesFollowTheirRules
 TEST(automationDBusTest, AfterTheOpeningCallIDListArrayFillsTheDocumentsList) {
     HostSession host;
     host.setUp();
+    HostErrors hostErrors;
+    ASSERT_TRUE(bus().registerObject(QStringLiteral("/hostErrors"), &hostErrors,
+                                     QDBusConnection::ExportAllSlots));
+    QDBusArgument address;
+    address.beginStructure();
+    address << bus().baseService() << QDBusObjectPath("/hostErrors");
+    address.endStructure();
+    const QDBusMessage given = set(QStringLiteral("errorClass"), QVariant::fromValue(address));
+    ASSERT_EQ(given.type(), QDBusMessage::ReplyMessage) << describe(given);
+
     const QDBusMessage opened =
         method(QStringLiteral("openNewMergeDocument"), {QVariant::fromValue(short(1))});
     ASSERT_EQ(opened.type(), QDBusMessage::ReplyMessage) << describe(opened);
     EXPECT_TRUE(idList().isEmpty());
+    // The opening call is tagged on the host's object; the accessors are not.
+    waitFor([&] { return hostErrors.log.size() >= 2; }, 5000);
+    EXPECT_EQ(hostErrors.log,
+              QStringList({"enter:QuillmerePad.exe-clsDocMerge-openNewMergeDocument", "leave"}));
 
     struct Case {
         const char* name;
@@ -265,6 +293,7 @@ TEST(automationDBusTest, AfterTheOpeningCallIDListArrayFillsTheDocumentsList) {
               "org.quillmere.clsDocMerge.Error.AlreadyOpen");
     EXPECT_EQ(method(QStringLiteral("bringQuillmerePadToTop")).type(), QDBusMessage::ReplyMessage);
     host.quitAndExpectOneExit();
+    bus().unregisterObject(QStringLiteral("/hostErrors"));
 }
 
 TEST(automationDBusTest, ASecondProcessLeavesTheServingOneAlone) {
