@@ -201,8 +201,8 @@ void clsDocMergeDBus::setSQLFilter(const QString& filter) {
     guarded<void>([&] { m_object.setSQLFilter(filter); });
 }
 
-void clsDocMergeDBus::setIDListArray(const QDBusVariant& value) {
-    guarded<void>([&] { m_object.setIDListArray(plainValue(value.variant())); });
+void clsDocMergeDBus::setIDListArray(const QVariant& value) {
+    guarded<void>([&] { m_object.setIDListArray(plainValue(value)); });
 }
 
 QList<QStringList> clsDocMergeDBus::IDList() const {

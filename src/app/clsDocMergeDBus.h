@@ -21,7 +21,8 @@ class clsDocMergeDBus : public QObject, protected QDBusContext {
     Q_PROPERTY(int userID READ userID WRITE setUserID)
     Q_PROPERTY(QString DatabaseLocation READ DatabaseLocation WRITE setDatabaseLocation)
     Q_PROPERTY(QString SQLFilter READ SQLFilter WRITE setSQLFilter)
-    Q_PROPERTY(QDBusVariant IDListArray READ IDListArray WRITE setIDListArray)
+    // Any value: the adaptor hands over what the variant held.
+    Q_PROPERTY(QVariant IDListArray READ IDListArray WRITE setIDListArray)
     Q_PROPERTY(QList<QStringList> IDList READ IDList WRITE setIDList)
 
 public:
@@ -39,7 +40,7 @@ public:
 
     // Write-only on the bus; these readers exist for the meta-object only.
     HostErrorAddress errorClass() const { return m_errorAddress; }
-    QDBusVariant IDListArray() const { return {}; }
+    QVariant IDListArray() const { return {}; }
 
     void setErrorClass(const HostErrorAddress& address);
     QString AppWorkingDataFolder() const;
@@ -52,7 +53,7 @@ public:
     void setDatabaseLocation(const QString& path);
     QString SQLFilter() const;
     void setSQLFilter(const QString& filter);
-    void setIDListArray(const QDBusVariant& value);
+    void setIDListArray(const QVariant& value);
     QList<QStringList> IDList() const;
     void setIDList(const QList<QStringList>& rows);
 

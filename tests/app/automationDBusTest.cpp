@@ -260,23 +260,42 @@ TEST(automationDBusTest, AfterTheOpeningCallIDListArrayFillsTheDocumentsList) {
     EXPECT_EQ(hostErrors.log,
               QStringList({"enter:QuillmerePad.exe-clsDocMerge-openNewMergeDocument", "leave"}));
 
+    // Hosts put the value either straight into the Set call's variant or
+    // wrapped once more, as the property's own type is a variant.
     struct Case {
         const char* name;
         QVariant value;
+        bool wrappedTwice;
         const char* error; // nullptr: accepted
         QList<QStringList> listAfter;
     };
     const Case cases[] = {
-        {"array", QVariant::fromValue(QList<int>{11, 12}), nullptr, {{"11", ""}, {"12", ""}}},
-        {"single number", 13, nullptr, {{"11", ""}, {"12", ""}, {"13", ""}}},
-        {"string ignored", QStringLiteral("14"), nullptr, {{"11", ""}, {"12", ""}, {"13", ""}}},
+        {"array", QVariant::fromValue(QList<int>{11, 12}), true, nullptr, {{"11", ""}, {"12", ""}}},
+        {"single number", 13, true, nullptr, {{"11", ""}, {"12", ""}, {"13", ""}}},
+        {"string ignored",
+         QStringLiteral("14"),
+         true,
+         nullptr,
+         {{"11", ""}, {"12", ""}, {"13", ""}}},
         {"above 32767",
          QVariant::fromValue(QList<int>{15, 32768}),
+         true,
          "org.quillmere.clsDocMerge.Error.Overflow",
          {{"11", ""}, {"12", ""}, {"13", ""}}},
+        {"array in one variant",
+         QVariant::fromValue(QList<int>{16}),
+         false,
+         nullptr,
+         {{"11", ""}, {"12", ""}, {"13", ""}, {"16", ""}}},
+        {"number in one variant",
+         17,
+         false,
+         nullptr,
+         {{"11", ""}, {"12", ""}, {"13", ""}, {"16", ""}, {"17", ""}}},
     };
     for (const Case& c : cases) {
-        const QDBusMessage reply = setIDListArray(c.value);
+        const QDBusMessage reply =
+            c.wrappedTwice ? setIDListArray(c.value) : set(QStringLiteral("IDListArray"), c.value);
         if (c.error) {
             EXPECT_EQ(reply.errorName(), QString::fromLatin1(c.error)) << c.name;
         } else {
