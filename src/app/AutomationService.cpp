@@ -14,6 +14,11 @@ AutomationService::AutomationService(clsDocMerge& object, QDBusConnection connec
     // The adaptors are owned by the object they expose.
     auto* adaptor = new ClsDocMergeAdaptor(m_object.get());
     new DocMergePropertiesAdaptor(m_object.get(), adaptor);
+    QObject::connect(m_object.get(), &clsDocMergeDBus::hostsGone, [this] {
+        if (m_abandoned) {
+            m_abandoned();
+        }
+    });
 }
 
 AutomationService::~AutomationService() {

@@ -2,6 +2,7 @@
 
 #include <QDBusConnection>
 #include <QString>
+#include <functional>
 #include <memory>
 
 class clsDocMerge;
@@ -38,10 +39,15 @@ public:
     void programEnds();
     bool hasToldExit() const { return m_toldExit; }
 
+    // Runs when the program would otherwise wait for nobody: every host left
+    // before an opening call, or the bus went away.
+    void setAbandonedHandler(std::function<void()> handler) { m_abandoned = std::move(handler); }
+
 private:
     QDBusConnection m_connection;
     std::unique_ptr<clsDocMergeDBus> m_object;
     QString m_error;
+    std::function<void()> m_abandoned;
     bool m_registered = false;
     bool m_ownsName = false;
     bool m_toldExit = false;

@@ -62,6 +62,7 @@ bool DocMergePropertiesAdaptor::isOurInterface(const QString& interfaceName) {
 
 QDBusVariant DocMergePropertiesAdaptor::Get(const QString& interfaceName,
                                             const QString& propertyName) {
+    m_object->noteCaller();
     if (!isOurInterface(interfaceName)) {
         return {};
     }
@@ -84,6 +85,7 @@ QDBusVariant DocMergePropertiesAdaptor::Get(const QString& interfaceName,
 
 void DocMergePropertiesAdaptor::Set(const QString& interfaceName, const QString& propertyName,
                                     const QDBusVariant& value) {
+    m_object->noteCaller();
     if (!isOurInterface(interfaceName)) {
         return;
     }
@@ -146,6 +148,7 @@ void DocMergePropertiesAdaptor::Set(const QString& interfaceName, const QString&
 }
 
 QVariantMap DocMergePropertiesAdaptor::GetAll(const QString& interfaceName) {
+    m_object->noteCaller();
     QVariantMap values;
     if (!isOurInterface(interfaceName)) {
         return values;

@@ -109,7 +109,9 @@ QString docMergeErrorName(DocMergeError::Kind kind) {
 }
 
 clsDocMergeDBus::clsDocMergeDBus(clsDocMerge& object, QObject* parent)
-    : QObject(parent), m_object(object) {
+    : QObject(parent), m_object(object), m_hosts(new QDBusServiceWatcher(this)) {
+    m_hosts->setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
+    connect(m_hosts, &QDBusServiceWatcher::serviceUnregistered, this, &clsDocMergeDBus::hostLeft);
     m_object.setExitDocMergeHandler([this] { Q_EMIT ExitDocMerge(); });
 }
 
@@ -132,7 +134,30 @@ bool clsDocMergeDBus::hasActiveDocument() const {
     return m_object.hasActiveDocument();
 }
 
+void clsDocMergeDBus::noteCaller() const {
+    if (!calledFromDBus()) {
+        return;
+    }
+    const QString caller = message().service();
+    if (m_hosts->watchedServices().isEmpty()) {
+        m_hosts->setConnection(connection());
+    }
+    if (!caller.isEmpty() && !m_hosts->watchedServices().contains(caller)) {
+        m_hosts->addWatchedService(caller);
+    }
+}
+
+void clsDocMergeDBus::hostLeft(const QString& name) {
+    m_hosts->removeWatchedService(name);
+    // Once a window is open the user owns the session; before that, an
+    // unattended process would wait for nobody.
+    if (m_hosts->watchedServices().isEmpty() && !m_object.isOpened()) {
+        Q_EMIT hostsGone();
+    }
+}
+
 template <typename Result, typename Call> Result clsDocMergeDBus::guarded(Call&& call) const {
+    noteCaller();
     try {
         return call();
     } catch (const DocMergeError& broken) {

@@ -4,6 +4,7 @@
 #include "app/clsDocMerge.h"
 
 #include <QDBusContext>
+#include <QDBusServiceWatcher>
 #include <QDBusVariant>
 #include <QList>
 #include <QObject>
@@ -37,6 +38,9 @@ public:
     // SQLFilter and IDList: readable only while a document is active.
     static bool isDocumentProperty(const QString& name);
     bool hasActiveDocument() const;
+    // Remembers the host behind the call being delivered, so that the
+    // program learns when every host has left the bus.
+    void noteCaller() const;
 
     // Write-only on the bus; these readers exist for the meta-object only.
     HostErrorAddress errorClass() const { return m_errorAddress; }
@@ -68,13 +72,19 @@ public Q_SLOTS:
 
 Q_SIGNALS:
     void ExitDocMerge();
+    // Every host that called has left the bus before an opening call: no
+    // one is left to open a window or to end the program.
+    void hostsGone();
 
 private:
     // Runs one call of the logic; a DocMergeError becomes the caller's error.
     template <typename Result, typename Call> Result guarded(Call&& call) const;
 
+    void hostLeft(const QString& name);
+
     clsDocMerge& m_object;
     HostErrorAddress m_errorAddress;
+    QDBusServiceWatcher* m_hosts = nullptr;
 };
 
 // The D-Bus error name of a broken rule, e.g.

@@ -181,6 +181,7 @@ int runAutomation(Application& program, QtMainWindowHost& window) {
         return 1;
     }
     hosted.setService(&service);
+    service.setAbandonedHandler([&hosted] { hosted.exitCurrentProgram(); });
     // Every way out (Quit, the window closed, an error answered with "end")
     // passes through the exit routine, which tells the host here.
     program.setExitDocMergeHook([&service] {

@@ -328,4 +328,21 @@ TEST(automationDBusTest, ASecondProcessLeavesTheServingOneAlone) {
     host.quitAndExpectOneExit();
 }
 
+TEST(automationDBusTest, AProgramWhoseHostLeftBeforeOpeningEndsInsteadOfWaiting) {
+    HostSession host;
+    // A host of its own process: one call, then it is gone from the bus.
+    QProcess oneCall;
+    oneCall.start(QStringLiteral("dbus-send"),
+                  {QStringLiteral("--session"), QStringLiteral("--print-reply"),
+                   QStringLiteral("--dest=") + kService, kPath,
+                   QStringLiteral("org.freedesktop.DBus.Properties.Get"),
+                   QStringLiteral("string:") + kInterface, QStringLiteral("string:userID")});
+    ASSERT_TRUE(oneCall.waitForFinished(20000));
+    ASSERT_EQ(oneCall.exitCode(), 0) << oneCall.readAllStandardError().toStdString();
+    waitFor([] { return !served(); }, 10000);
+    EXPECT_FALSE(served());
+    waitFor([&] { return host.listener.heard > 0; }, 2000);
+    EXPECT_EQ(host.listener.heard, 1);
+}
+
 #include "automationDBusTest.moc"
