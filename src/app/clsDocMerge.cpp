@@ -79,6 +79,20 @@ std::optional<QVariantList> arrayElements(const QVariant& value) {
     return std::nullopt;
 }
 
+// The hourglass for the length of an opening call, whichever way it ends.
+class BusyScope {
+public:
+    explicit BusyScope(DocMergeApplication& application) : m_application(application) {
+        m_application.setBusy(true);
+    }
+    ~BusyScope() { m_application.setBusy(false); }
+    BusyScope(const BusyScope&) = delete;
+    BusyScope& operator=(const BusyScope&) = delete;
+
+private:
+    DocMergeApplication& m_application;
+};
+
 } // namespace
 
 clsDocMerge::clsDocMerge(DocMergeApplication& application) : m_application(application) {}
@@ -223,7 +237,6 @@ void clsDocMerge::Quit() {
 }
 
 void clsDocMerge::commonOpening() {
-    m_application.setBusy(true);
     app().isStandAlone = false;
     m_opened = true;
     m_application.startApplication(*this);
@@ -237,11 +250,11 @@ void clsDocMerge::emptyMergeRecipients(short mergeType) {
 
 void clsDocMerge::openDocMergeProgram() {
     requireNotOpened();
+    BusyScope busy(m_application);
     runTagged(QStringLiteral("openDocMergeProgram"), [&] {
         commonOpening();
         m_application.createNewStandardDocument();
     });
-    m_application.setBusy(false);
 }
 
 void clsDocMerge::openExistingMergeDocument(const QString& filePath, short mergeType) {
@@ -250,6 +263,7 @@ void clsDocMerge::openExistingMergeDocument(const QString& filePath, short merge
     if (!fileControl::FileExists(filePath)) {
         return;
     }
+    BusyScope busy(m_application);
     runTagged(QStringLiteral("openExistingMergeDocument"), [&] {
         commonOpening();
         m_application.doEventsIfInputPending();
@@ -259,11 +273,11 @@ void clsDocMerge::openExistingMergeDocument(const QString& filePath, short merge
             emptyMergeRecipients(mergeType);
         }
     });
-    m_application.setBusy(false);
 }
 
 void clsDocMerge::openNewMergeDocument(short mergeType) {
     requireNotOpened();
+    BusyScope busy(m_application);
     runTagged(QStringLiteral("openNewMergeDocument"), [&] {
         commonOpening();
         m_application.doEventsIfInputPending();
@@ -272,7 +286,6 @@ void clsDocMerge::openNewMergeDocument(short mergeType) {
             emptyMergeRecipients(mergeType);
         }
     });
-    m_application.setBusy(false);
 }
 
 void clsDocMerge::performMerge() {

@@ -191,5 +191,7 @@ int runAutomation(Application& program, QtMainWindowHost& window) {
     QApplication::setQuitOnLastWindowClosed(false);
     const int code = QApplication::exec();
     service.programEnds();
+    // The application object outlives the service it was told to tell.
+    program.setExitDocMergeHook(nullptr);
     return code;
 }
