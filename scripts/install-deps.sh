@@ -10,6 +10,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   libsqlite3-dev sqlite3
   xvfb xauth
+  dbus-daemon
   fonts-liberation2 fonts-dejavu-core
 )
 

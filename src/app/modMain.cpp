@@ -1,7 +1,7 @@
 #include "app/modMain.h"
 
-#include "context/AppContext.h"
 #include "app/clsDocMerge.h"
+#include "context/AppContext.h"
 #include "data/clsUniqueID.h"
 #include "data/databaseControl.h"
 #include "data/modDatabaseConnection.h"
@@ -81,8 +81,8 @@ void Application::startApplication(bool /*createFirstDocument*/, clsDocMerge* au
         if (automationObject) {
             // A wrong path leaves the location empty; step 13 then falls
             // back on the settings file as a stand-alone start does.
-            ctx.databaseLocation = fileControl::FileExists(automationObject->DatabaseLocation)
-                                       ? automationObject->DatabaseLocation
+            ctx.databaseLocation = fileControl::FileExists(automationObject->DatabaseLocation())
+                                       ? automationObject->DatabaseLocation()
                                        : QString();
         }
     }
@@ -97,8 +97,8 @@ void Application::startApplication(bool /*createFirstDocument*/, clsDocMerge* au
             return;
         }
         ctx.currentUserID = getDefaultUserID();
-        if (ctx.docMergeObject && validEmployeeID(QString::number(ctx.docMergeObject->userID))) {
-            ctx.currentUserID = ctx.docMergeObject->userID;
+        if (ctx.docMergeObject && validEmployeeID(QString::number(ctx.docMergeObject->userID()))) {
+            ctx.currentUserID = ctx.docMergeObject->userID();
         }
     });
     // 4.
@@ -139,7 +139,7 @@ void Application::startApplication(bool /*createFirstDocument*/, clsDocMerge* au
         if (ctx.isStandAlone) {
             m_folders->getInitialAppWorkingDataFolder();
         } else {
-            ctx.appWorkingDataFolder = ctx.docMergeObject->AppWorkingDataFolder;
+            ctx.appWorkingDataFolder = ctx.docMergeObject->AppWorkingDataFolder();
             m_folders->putApplicationWorkingFolder(ctx.appWorkingDataFolder);
             if (!ctx.databaseLocation.isEmpty()) {
                 m_folders->putDataFolder(fileControl::FolderName(ctx.databaseLocation));
@@ -151,7 +151,7 @@ void Application::startApplication(bool /*createFirstDocument*/, clsDocMerge* au
     ignoringErrors([&] { m_folders->initializeTemplatesAndPicturesFolders(); });
     ignoringErrors([&] {
         initializeProvince(ctx.docMergeObject
-                               ? std::optional<int>(ctx.docMergeObject->currentProvince)
+                               ? std::optional<int>(ctx.docMergeObject->currentProvince())
                                : std::nullopt);
     });
     // 9.

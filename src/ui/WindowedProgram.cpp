@@ -1,5 +1,6 @@
 #include "context/AppContext.h"
 #include "app/modMain.h"
+#include "ui/HostedApplication.h"
 #include "ui/frmMain.h"
 
 #include <QApplication>
@@ -15,7 +16,7 @@ int runWindowedProgram(int argc, char** argv) {
     Application program(std::move(host));
     if (!program.Main(args)) {
         // Hosted: the host's opening call starts the application.
-        return QApplication::exec();
+        return runAutomation(program, *window);
     }
     if (window->window()) {
         window->window()->setQueryUnload([&program] { program.exitCurrentProgram(); });

@@ -1,8 +1,9 @@
 #include "app/modMain.h"
 
 #include "ScriptedMainWindow.h"
-#include "context/AppContext.h"
+#include "app/ScriptedDocMergeApplication.h"
 #include "app/clsDocMerge.h"
+#include "context/AppContext.h"
 #include "data/ContactCardWriter.h"
 #include "files/clsINI.h"
 #include "platform/PrivateProfile.h"
@@ -90,11 +91,12 @@ TEST(modMainTest, AutomationModeWaitsForTheHost) {
 
 TEST(modMainTest, AHostedStartUsesTheHostsFolderProvinceAndFallsBackFromAWrongDatabase) {
     Started s;
-    clsDocMerge host;
-    host.AppWorkingDataFolder = s.env.path("host/work/");
-    host.DatabaseLocation = s.env.path("host/missing.qmd");
-    host.currentProvince = 9;
-    host.userID = 77;
+    ScriptedDocMergeApplication hostApplication;
+    clsDocMerge host(hostApplication);
+    host.setAppWorkingDataFolder(s.env.path("host/work/"));
+    host.setDatabaseLocation(s.env.path("host/missing.qmd"));
+    host.setCurrentProvince(9);
+    host.setUserID(77);
     s.program->Main({"--automation"});
     s.program->startApplication(true, &host);
     AppContext& ctx = s.context.context();
@@ -105,7 +107,7 @@ TEST(modMainTest, AHostedStartUsesTheHostsFolderProvinceAndFallsBackFromAWrongDa
     // is not taken on a first start.
     EXPECT_EQ(ctx.currentUserID, 0);
     EXPECT_FALSE(s.window->calls.join(",").contains("splash"));
-    EXPECT_TRUE(QFile::exists(host.AppWorkingDataFolder + "Qminiqmd.dni"));
+    EXPECT_TRUE(QFile::exists(host.AppWorkingDataFolder() + "Qminiqmd.dni"));
     EXPECT_TRUE(ctx.databaseLocation.isEmpty());
     EXPECT_EQ(s.window->msgbox.texts(), QStringList({kDatabaseMessage}));
 }
@@ -125,8 +127,9 @@ TEST(modMainTest, ExitTellsTheHostOnceAndSavesTheWindowState) {
     };
     for (const auto& c : cases) {
         Started s;
-        clsDocMerge host;
-        host.AppWorkingDataFolder = s.env.path("host/work/");
+        ScriptedDocMergeApplication hostApplication;
+        clsDocMerge host(hostApplication);
+        host.setAppWorkingDataFolder(s.env.path("host/work/"));
         int told = 0;
         s.program->setExitDocMergeHook([&] { ++told; });
         s.program->Main({"--automation"});
@@ -141,7 +144,7 @@ TEST(modMainTest, ExitTellsTheHostOnceAndSavesTheWindowState) {
                   QStringList({"unloadOthers", "close"}));
         EXPECT_EQ(s.context->errors, nullptr);
         EXPECT_EQ(s.context->iniSettings, nullptr);
-        const QString file = host.AppWorkingDataFolder + "Qminiqmd.dni";
+        const QString file = host.AppWorkingDataFolder() + "Qminiqmd.dni";
         const QString section = "QuillmerePadWindowSettings";
         EXPECT_EQ(PrivateProfile::readValue(file, section, "WindowState").value_or(""),
                   c.windowState)
@@ -153,8 +156,9 @@ TEST(modMainTest, ExitTellsTheHostOnceAndSavesTheWindowState) {
 
 TEST(modMainTest, AnErrorAnsweredWithEndProgramEndsThroughTheExitRoutine) {
     Started s;
-    clsDocMerge host;
-    host.AppWorkingDataFolder = s.env.path("host/work/");
+    ScriptedDocMergeApplication hostApplication;
+    clsDocMerge host(hostApplication);
+    host.setAppWorkingDataFolder(s.env.path("host/work/"));
     int told = 0;
     s.program->setExitDocMergeHook([&] { ++told; });
     s.program->Main({"--automation"});
