@@ -126,10 +126,46 @@ qsizetype previousSignificant(const std::vector<Token>& tokens, qsizetype from) 
     return -1;
 }
 
-QString likePattern(const QString& jet) {
-    QString out = jet;
-    out.replace(u'*', u'%');
-    out.replace(u'?', u'_');
+// The engine's pattern of a LIKE literal. "[c]" stands for the character c
+// itself (how a * or % is searched for); only such a pattern needs an escape
+// character, so every other pattern comes out as it always did.
+struct LikePattern {
+    QString text;
+    bool escaped = false;
+};
+
+constexpr char16_t LikeEscape = u'\\';
+
+LikePattern likePattern(const QString& jet) {
+    LikePattern out;
+    bool bracketed = false;
+    for (qsizetype i = 0; i + 2 < jet.size() && !bracketed; ++i)
+        bracketed = jet[i] == u'[' && jet[i + 2] == u']';
+    if (!bracketed) {
+        out.text = jet;
+        out.text.replace(u'*', u'%');
+        out.text.replace(u'?', u'_');
+        return out;
+    }
+    out.escaped = true;
+    for (qsizetype i = 0; i < jet.size(); ++i) {
+        QChar c = jet[i];
+        if (c == u'[' && i + 2 < jet.size() && jet[i + 2] == u']') {
+            c = jet[i + 1];
+            i += 2;
+            if (c == u'%' || c == u'_' || c == LikeEscape)
+                out.text += LikeEscape;
+            out.text += c;
+        } else if (c == u'*' || c == u'%') {
+            out.text += u'%';
+        } else if (c == u'?' || c == u'_') {
+            out.text += u'_';
+        } else {
+            if (c == LikeEscape)
+                out.text += LikeEscape;
+            out.text += c;
+        }
+    }
     return out;
 }
 
@@ -286,7 +322,16 @@ TranslatedSql JetSqlTranslator::translate(const QString& jetSql,
         case Kind::Text: {
             const bool like = before && isWord(*before, "LIKE");
             out += u'?';
-            result.parameters << (like ? likePattern(t.text) : t.text);
+            if (like) {
+                const LikePattern pattern = likePattern(t.text);
+                result.parameters << pattern.text;
+                if (pattern.escaped) {
+                    out += QStringLiteral(" ESCAPE ?");
+                    result.parameters << QString(QChar(LikeEscape));
+                }
+            } else {
+                result.parameters << t.text;
+            }
             if (before && isComparison(*before))
                 out += QStringLiteral(" COLLATE NOCASE");
             break;

@@ -24,7 +24,11 @@ std::unique_ptr<databaseControl> openCompaniesDatabase(const QString& path) {
     db->setNumberedSetting(3);
     db->setNumberedSetting(2);
     db->connect();
+    // The reason goes under the fixed sentence: "locked" and "not a
+    // database" call for different remedies.
     if (!db->isConnected() && app().msgbox)
-        app().msgbox->showMessage(companiesDatabaseFailureText(), MsgboxClass::KindFatal);
+        app().msgbox->showMessage(companiesDatabaseFailureText() + QStringLiteral("\n\n") +
+                                      db->lastError(),
+                                  MsgboxClass::KindFatal);
     return db;
 }

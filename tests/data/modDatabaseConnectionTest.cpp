@@ -16,6 +16,7 @@ struct ConnectionCase {
     QByteArray contents; // written when not null
     bool sample;         // a sample practice at the path
     bool connected;
+    const char* reason; // part of the reason shown under the message
 };
 
 class OpenCompaniesDatabaseTest : public ::testing::TestWithParam<ConnectionCase> {};
@@ -44,21 +45,28 @@ TEST_P(OpenCompaniesDatabaseTest, ConnectsOrTellsTheUser) {
         EXPECT_TRUE(messages.shown().empty());
     } else {
         ASSERT_EQ(messages.shown().size(), 1u);
-        EXPECT_EQ(messages.shown()[0].text,
-                  QStringLiteral("The Quillmere Pad was not able to access the companies database "
-                                 "and needs to close."));
+        const QString text = messages.shown()[0].text;
+        EXPECT_TRUE(text.startsWith(
+            QStringLiteral("The Quillmere Pad was not able to access the companies database "
+                           "and needs to close.\n\n")))
+            << text.toStdString();
+        EXPECT_TRUE(text.endsWith(db->lastError())) << text.toStdString();
+        EXPECT_TRUE(db->lastError().contains(QLatin1String(c.reason)))
+            << db->lastError().toStdString();
         EXPECT_EQ(messages.shown()[0].kind, MsgboxClass::KindFatal);
     }
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Files, OpenCompaniesDatabaseTest,
-    ::testing::Values(ConnectionCase{"Sample", "Data/Data.qmd", {}, true, true},
-                      ConnectionCase{"NoPath", "", {}, false, false},
-                      ConnectionCase{"Missing", "Data/Nope.qmd", {}, false, false},
-                      ConnectionCase{"Empty", "Data/Data.qmd", QByteArray(""), false, false},
-                      ConnectionCase{"Text", "Data/Data.qmd", QByteArray("hello\r\n"), false,
-                                     false}),
+    ::testing::Values(
+        ConnectionCase{"Sample", "Data/Data.qmd", {}, true, true, ""},
+        ConnectionCase{"NoPath", "", {}, false, false, "does not exist"},
+        ConnectionCase{"Missing", "Data/Nope.qmd", {}, false, false, "does not exist"},
+        ConnectionCase{"Empty", "Data/Data.qmd", QByteArray(""), false, false, "too short"},
+        ConnectionCase{"Text", "Data/Data.qmd", QByteArray("hello\r\n"), false, false, "too short"},
+        ConnectionCase{"LongText", "Data/Data.qmd", QByteArray("hello\r\n").repeated(30), false,
+                       false, "not a database"}),
     [](const auto& p) { return std::string(p.param.name); });
 
 TEST(OpenCompaniesDatabaseWithoutMessages, StaysQuiet) {
