@@ -5,6 +5,7 @@
 #include "data/LookupStatements.h"
 #include "data/Recordset.h"
 #include "data/RecordsetFilter.h"
+#include "data/TranslationCache.h"
 #include "platform/errorClass.h"
 
 #include <QAtomicInt>
@@ -165,35 +166,8 @@ private:
     QHash<QString, std::list<Entry>::iterator> m_index;
 };
 
-// Translations by the statement text as the caller wrote it. Lookups of
-// the same text (a set reopened per client, a walk's fixed statements) skip
-// the translation; the bound keeps a run of distinct texts from growing it
-// without end.
-class TranslationCache {
-public:
-    const TranslatedSql& get(const QString& sql) {
-        const auto found = m_entries.constFind(sql);
-        if (found != m_entries.constEnd())
-            return found.value();
-        // Translated before anything is stored, so a text that fails is
-        // never kept.
-        TranslatedSql translated = JetSqlTranslator::translate(sql);
-        if (m_entries.size() >= Capacity)
-            m_entries.clear();
-        return m_entries.insert(sql, std::move(translated)).value();
-    }
-
-private:
-    static constexpr qsizetype Capacity = 1024;
-    QHash<QString, TranslatedSql> m_entries;
-};
-
 databaseControl::databaseControl()
     : m_connectionName(newConnectionName()), m_translations(std::make_unique<TranslationCache>()) {}
-
-const TranslatedSql& databaseControl::translation(const QString& sql) {
-    return m_translations->get(sql);
-}
 
 databaseControl::~databaseControl() {
     disconnect();
@@ -348,7 +322,7 @@ int databaseControl::openRecordset(const QString& sql, int /*cursorType*/, int l
     ProcedureScope scope(m_errors,
                          QStringLiteral("QuillmerePad.exe-databaseControl-openRecordset"));
     requireConnection();
-    TranslatedSql translated = translation(sql);
+    TranslatedSql translated = m_translations->translate(sql);
     auto rs = std::make_unique<Recordset>();
     rs->editable = lockType == OptimisticLock;
     if (rs->editable) {

@@ -16,7 +16,6 @@ class QObject;
 class Recordset;
 class StatementCache;
 class TranslationCache;
-struct TranslatedSql;
 class LookupStatements;
 
 // Plain words for an engine failure, from its result code (primary or
@@ -175,8 +174,6 @@ private:
     bool openConnection(bool immutable);
     QString describeFailure(const QSqlError& error) const;
     void refuseWriteIfReadOnly(const QString& what) const;
-    // The translation of a statement text, kept for the texts asked again.
-    const TranslatedSql& translation(const QString& sql);
     // The index of a column of the current row that may be written; throws
     // for a read-only set, an unknown column or no current row.
     int writableColumn(const Recordset& rs, const QString& column) const;

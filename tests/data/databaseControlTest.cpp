@@ -1,5 +1,7 @@
 #include "ClientDbFixture.h"
 #include "data/ClientDatabaseSchema.h"
+#include "data/JetSqlTranslator.h"
+#include "data/TranslationCache.h"
 #include "platform/errorClass.h"
 
 #include <QCoreApplication>
@@ -858,4 +860,58 @@ TEST_F(DatabaseControlTest, FailuresSayTheirReason) {
         EXPECT_EQ(DatabaseFailure::reason(c.code, QString::fromLatin1(c.text)),
                   QString::fromLatin1(c.reason))
             << c.code;
+}
+
+// The kept translation of a shape must give, for every text, what a fresh
+// translation of that text gives: same statement, same values of the same
+// types.
+TEST(TranslationCacheTest, GivesWhatAFreshTranslationGives) {
+    const char* const texts[] = {
+        "SELECT Companies.* From Companies WHERE Companies.CompanyID=12;",
+        "SELECT Companies.* From Companies WHERE Companies.CompanyID=4711;",
+        "SELECT Contacts.* FROM Contacts WHERE Contacts.ContactID = 7 AND Active = True;",
+        "SELECT a FROM t WHERE x >= 1.5 AND y<>-3 AND z != 0 AND w <=.25",
+        "SELECT a FROM t WHERE Col1=2 AND [we=ird]=3 AND name = 'a=1' AND k = \"b<2\"",
+        "SELECT a FROM t WHERE d = #1/2/2024# AND n =5 AND s LIKE '*x[*]?'",
+        "SELECT a FROM t WHERE id = 12abc",
+        "SELECT a FROM t WHERE id IN (1, 2, 3) ORDER BY 1, name",
+        "SELECT a FROM t WHERE v = 00012 AND big = 99999999999",
+        "SELECT a FROM t WHERE flag = False AND n = 1.",
+    };
+    TranslationCache cache;
+    for (const char* text : texts) {
+        const QString sql = QString::fromLatin1(text);
+        const TranslatedSql fresh = JetSqlTranslator::translate(sql);
+        for (int pass = 0; pass < 2; ++pass) {
+            const TranslatedSql kept = cache.translate(sql);
+            EXPECT_EQ(kept.sql, fresh.sql) << text;
+            ASSERT_EQ(kept.parameters.size(), fresh.parameters.size()) << text;
+            for (qsizetype i = 0; i < fresh.parameters.size(); ++i) {
+                EXPECT_EQ(kept.parameters[i], fresh.parameters[i]) << text << " #" << i;
+                EXPECT_EQ(kept.parameters[i].typeId(), fresh.parameters[i].typeId()) << text;
+            }
+            EXPECT_TRUE(kept.placeholders.empty()) << text;
+        }
+    }
+    // The two company statements share one shape.
+    EXPECT_EQ(cache.size(), qsizetype(std::size(texts)) - 1);
+}
+
+TEST(TranslationCacheTest, FaultsAreReportedAndNeverKept) {
+    TranslationCache cache(2);
+    for (const char* bad : {"SELECT a FROM t WHERE n = 'open", "SELECT a FROM t WHERE d = #x#",
+                            "SELECT a FROM t WHERE [open = 1"}) {
+        EXPECT_THROW(cache.translate(QString::fromLatin1(bad)), QmError) << bad;
+        EXPECT_THROW(cache.translate(QString::fromLatin1(bad)), QmError) << bad;
+    }
+    EXPECT_EQ(cache.size(), 0);
+    // A "?" of the caller's own is left to the translator each time.
+    EXPECT_EQ(cache.translate(QStringLiteral("SELECT a FROM t WHERE n = ?")).placeholders.size(),
+              1u);
+    EXPECT_EQ(cache.size(), 0);
+    // Bounded: a third shape starts the cache again.
+    for (const char* text : {"SELECT a FROM t WHERE n = 1", "SELECT b FROM t WHERE n = 1",
+                             "SELECT c FROM t WHERE n = 1"})
+        cache.translate(QString::fromLatin1(text));
+    EXPECT_LE(cache.size(), 2);
 }
