@@ -331,4 +331,28 @@ TEST_F(SearchAppointmentsTest, WildcardsTypedInTheSubjectAreMatchedLiterally) {
     }
 }
 
+TEST_F(SearchAppointmentsTest, TimesStoredInTheShortFormAreFound) {
+    // The host may store a time of day alone, without the time-only day.
+    hostExec("INSERT INTO Appointments (AppointmentID, CompanyIDNum, UserIDNum, Subject, DateFrom, "
+             "TimeFrom, TimeTo, BackColour) VALUES (411, 10, 50, 'Short form', '2024-03-21', "
+             "'09:45:00', '23:30:00', 0)");
+    const struct {
+        const char* criteria;
+        const char* ids;
+    } cases[] = {
+        {"searchByStartTime=1;firstStartTime=9:40 AM;secondStartTime=9:50 AM", "411"},
+        {"searchByStartTime=1;startTimeMatch=3;firstStartTime=9:45 AM", "411"},
+        {"searchByStartTime=1;startTimeMatch=2;firstStartTime=9:00 AM", "401"},
+        {"searchByEndTime=1;endTimeMatch=1;firstEndTime=11:00 PM", "411"},
+        {"searchBySubject=1;subjectText=Short;searchByEndTime=1;endTimeMatch=2;"
+         "firstEndTime=11:00 PM",
+         ""},
+    };
+    for (const auto& c : cases) {
+        clsSearchAppointments search;
+        ASSERT_EQ(search.setCriteria(QString::fromLatin1(c.criteria)), QString()) << c.criteria;
+        EXPECT_EQ(selectedIDs(search).join(u','), QString::fromLatin1(c.ids)) << c.criteria;
+    }
+}
+
 } // namespace
