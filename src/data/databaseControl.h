@@ -18,12 +18,6 @@ class StatementCache;
 class TranslationCache;
 class LookupStatements;
 
-// Plain words for an engine failure, from its result code (primary or
-// extended) and its message: "The database is locked by another program".
-namespace DatabaseFailure {
-QString reason(int engineCode, const QString& engineText);
-}
-
 // The one access object to the client database (an SQLite file that the
 // host program owns and writes at the same time). Record sets are known to
 // callers by integer handles; -1 is "none". Each record set is a

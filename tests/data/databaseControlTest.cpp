@@ -1,5 +1,6 @@
 #include "ClientDbFixture.h"
 #include "data/ClientDatabaseSchema.h"
+#include "data/DatabaseFailure.h"
 #include "data/JetSqlTranslator.h"
 #include "data/TranslationCache.h"
 #include "platform/errorClass.h"
