@@ -6,7 +6,9 @@
 //   cmake --build build-bench --target client_db_bench
 //   build-bench/bench/data/client_db_bench
 #include "context/AppContext.h"
+#include "data/JetSqlTranslator.h"
 #include "data/SamplePractice.h"
+#include "data/TranslationCache.h"
 #include "data/databaseControl.h"
 #include "data/modDatabaseFunctions.h"
 
@@ -114,6 +116,49 @@ void BM_BareSqlitePreparedLoop(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations());
 }
 BENCHMARK(BM_BareSqlitePreparedLoop);
+
+// A merge reopens the same record-set statement for every client with
+// another ID. Side by side: translating each text afresh (what every open
+// did), the kept translation of its shape (what an open does now), and the
+// whole open of which either is a part.
+QString companyStatement(int id) {
+    return QStringLiteral("SELECT Companies.* From Companies WHERE Companies.CompanyID=") +
+           QString::number(id) + QLatin1Char(';');
+}
+
+void BM_TranslateEveryOpen(benchmark::State& state) {
+    Practice& p = practice();
+    size_t i = 0;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(
+            JetSqlTranslator::translate(companyStatement(p.companyIDs[i++ % p.companyIDs.size()])));
+    state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK(BM_TranslateEveryOpen);
+
+void BM_TranslateKeptShape(benchmark::State& state) {
+    Practice& p = practice();
+    TranslationCache cache;
+    size_t i = 0;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(
+            cache.translate(companyStatement(p.companyIDs[i++ % p.companyIDs.size()])));
+    state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK(BM_TranslateKeptShape);
+
+void BM_OpenCompanyRecordset(benchmark::State& state) {
+    Practice& p = practice();
+    size_t i = 0;
+    for (auto _ : state) {
+        const int h =
+            p.db->openRecordset(companyStatement(p.companyIDs[i++ % p.companyIDs.size()]));
+        benchmark::DoNotOptimize(p.db->recordCount(h));
+        p.db->closeRecordset(h);
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK(BM_OpenCompanyRecordset);
 
 void BM_SampleDb10000Clients(benchmark::State& state) {
     for (auto _ : state) {

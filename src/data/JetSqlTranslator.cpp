@@ -126,10 +126,77 @@ qsizetype previousSignificant(const std::vector<Token>& tokens, qsizetype from) 
     return -1;
 }
 
-QString likePattern(const QString& jet) {
-    QString out = jet;
-    out.replace(u'*', u'%');
-    out.replace(u'?', u'_');
+// Whether the column ending at token k is compared with a time of day
+// alone (a time literal, kept on the time-only day).
+bool comparedWithTimeOnly(const std::vector<Token>& tokens, size_t k) {
+    size_t next = k + 1;
+    auto skipSpace = [&] {
+        while (next < tokens.size() && tokens[next].kind == Kind::Space)
+            ++next;
+    };
+    skipSpace();
+    if (next >= tokens.size() || !isComparison(tokens[next]))
+        return false;
+    ++next;
+    skipSpace();
+    if (next >= tokens.size() || tokens[next].kind != Kind::Date)
+        return false;
+    const QString day =
+        StorageConventions::timeOnlyDate().toString(QStringLiteral("yyyy-MM-dd")) + u' ';
+    return tokens[next].value.toString().startsWith(day);
+}
+
+// A time column as the comparison reads it: a value stored in the short
+// "HH:MM:SS" form is read on the time-only day, so that it compares with the
+// literal as the long form does.
+void appendTimeColumn(QString& out, QVariantList& parameters, const QString& column) {
+    out += QStringLiteral("(CASE WHEN substr(%1, 3, 1) = ? THEN ? || %1 ELSE %1 END)").arg(column);
+    parameters << QStringLiteral(":")
+               << QString(
+                      StorageConventions::timeOnlyDate().toString(QStringLiteral("yyyy-MM-dd")) +
+                      u' ');
+}
+
+// The engine's pattern of a LIKE literal. "[c]" stands for the character c
+// itself (how a * or % is searched for); only such a pattern needs an escape
+// character, so every other pattern comes out as it always did.
+struct LikePattern {
+    QString text;
+    bool escaped = false;
+};
+
+constexpr char16_t LikeEscape = u'\\';
+
+LikePattern likePattern(const QString& jet) {
+    LikePattern out;
+    bool bracketed = false;
+    for (qsizetype i = 0; i + 2 < jet.size() && !bracketed; ++i)
+        bracketed = jet[i] == u'[' && jet[i + 2] == u']';
+    if (!bracketed) {
+        out.text = jet;
+        out.text.replace(u'*', u'%');
+        out.text.replace(u'?', u'_');
+        return out;
+    }
+    out.escaped = true;
+    for (qsizetype i = 0; i < jet.size(); ++i) {
+        QChar c = jet[i];
+        if (c == u'[' && i + 2 < jet.size() && jet[i + 2] == u']') {
+            c = jet[i + 1];
+            i += 2;
+            if (c == u'%' || c == u'_' || c == LikeEscape)
+                out.text += LikeEscape;
+            out.text += c;
+        } else if (c == u'*' || c == u'%') {
+            out.text += u'%';
+        } else if (c == u'?' || c == u'_') {
+            out.text += u'_';
+        } else {
+            if (c == LikeEscape)
+                out.text += LikeEscape;
+            out.text += c;
+        }
+    }
     return out;
 }
 
@@ -286,7 +353,16 @@ TranslatedSql JetSqlTranslator::translate(const QString& jetSql,
         case Kind::Text: {
             const bool like = before && isWord(*before, "LIKE");
             out += u'?';
-            result.parameters << (like ? likePattern(t.text) : t.text);
+            if (like) {
+                const LikePattern pattern = likePattern(t.text);
+                result.parameters << pattern.text;
+                if (pattern.escaped) {
+                    out += QStringLiteral(" ESCAPE ?");
+                    result.parameters << QString(QChar(LikeEscape));
+                }
+            } else {
+                result.parameters << t.text;
+            }
             if (before && isComparison(*before))
                 out += QStringLiteral(" COLLATE NOCASE");
             break;
@@ -341,6 +417,13 @@ TranslatedSql JetSqlTranslator::translate(const QString& jetSql,
                 inOrderBy = true;
                 orderByDepth = depth;
                 itemHasContent = false;
+            } else if (!inOrderBy && comparedWithTimeOnly(tokens, k)) {
+                appendTimeColumn(out, result.parameters, t.text);
+            } else if (!inOrderBy && k + 2 < tokens.size() && tokens[k + 1].kind == Kind::Punct &&
+                       tokens[k + 1].text == u"." && tokens[k + 2].kind == Kind::Word &&
+                       comparedWithTimeOnly(tokens, k + 2)) {
+                appendTimeColumn(out, result.parameters, t.text + u'.' + tokens[k + 2].text);
+                k += 2;
             } else {
                 out += t.text;
             }

@@ -234,8 +234,13 @@ private:
             if (lit.type != Literal::Type::Text)
                 fail(QStringLiteral("LIKE needs a text pattern: %1").arg(m_text));
             QString pattern;
-            for (const QChar ch : lit.text) {
-                if (ch == u'*' || ch == u'%')
+            for (qsizetype i = 0; i < lit.text.size(); ++i) {
+                const QChar ch = lit.text[i];
+                // "[c]" is the character c itself, as in the engine's LIKE.
+                if (ch == u'[' && i + 2 < lit.text.size() && lit.text[i + 2] == u']') {
+                    pattern += QRegularExpression::escape(QString(lit.text[i + 1]));
+                    i += 2;
+                } else if (ch == u'*' || ch == u'%')
                     pattern += QStringLiteral(".*");
                 else if (ch == u'?' || ch == u'_')
                     pattern += u'.';

@@ -1,10 +1,12 @@
 #include "data/databaseControl.h"
 
 #include "data/ClientDatabaseSchema.h"
+#include "data/DatabaseFailure.h"
 #include "data/JetSqlTranslator.h"
 #include "data/LookupStatements.h"
 #include "data/Recordset.h"
 #include "data/RecordsetFilter.h"
+#include "data/TranslationCache.h"
 #include "platform/errorClass.h"
 
 #include <QAtomicInt>
@@ -18,6 +20,7 @@
 #include <QSqlQuery>
 #include <QSqlRecord>
 #include <QStandardItemModel>
+#include <QUrl>
 #include <QtEndian>
 #include <algorithm>
 #include <list>
@@ -37,8 +40,12 @@ QString newConnectionName() {
 // or truncated file without complaint and fail later, mid-walk.
 std::optional<QString> headerProblem(const QString& path) {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return QStringLiteral("The database file cannot be read: %1").arg(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        if (file.error() == QFileDevice::PermissionsError)
+            return QStringLiteral("Permission to read the database file was refused: %1").arg(path);
+        return QStringLiteral("The database file cannot be read: %1 (%2)")
+            .arg(path, file.errorString());
+    }
     const QByteArray header = file.read(100);
     const qint64 size = file.size();
     if (header.size() < 100)
@@ -75,6 +82,12 @@ QString quoteName(const QString& name) {
     return u'"' + n + u'"';
 }
 
+// Whether the engine could write the file: the file itself, and the folder,
+// where it creates its journal beside the file.
+bool canWriteFile(const QFileInfo& info) {
+    return info.isWritable() && QFileInfo(info.absolutePath()).isWritable();
+}
+
 } // namespace
 
 // Prepared statements by their translated text, with the description of
@@ -100,9 +113,14 @@ public:
         }
         QSqlQuery query(m_db);
         query.setForwardOnly(true);
-        if (!query.prepare(sql))
+        if (!query.prepare(sql)) {
+            const QSqlError error = query.lastError();
             throw QmError(QmError::DatabaseError,
-                          QStringLiteral("%1 [%2]").arg(query.lastError().text(), sql));
+                          QStringLiteral("%1: %2 [%3]")
+                              .arg(DatabaseFailure::reason(error.nativeErrorCode().toInt(),
+                                                           error.databaseText()),
+                                   error.text(), sql));
+        }
         m_entries.push_front(Entry{sql, std::move(query), false, {}, {}});
         m_index.insert(sql, m_entries.begin());
         if (m_entries.size() > Capacity) {
@@ -119,7 +137,8 @@ private:
     QHash<QString, std::list<Entry>::iterator> m_index;
 };
 
-databaseControl::databaseControl() : m_connectionName(newConnectionName()) {}
+databaseControl::databaseControl()
+    : m_connectionName(newConnectionName()), m_translations(std::make_unique<TranslationCache>()) {}
 
 databaseControl::~databaseControl() {
     disconnect();
@@ -130,6 +149,7 @@ void databaseControl::connect() {
     if (m_connected)
         disconnect();
     m_lastError.clear();
+    m_readOnly = false;
     const QFileInfo info(m_path);
     if (m_path.isEmpty() || !info.exists() || !info.isFile()) {
         m_lastError = QStringLiteral("The database file does not exist: %1").arg(m_path);
@@ -139,20 +159,41 @@ void databaseControl::connect() {
         m_lastError = *problem;
         return;
     }
+    // The journal mode is the practice's (or the host's) choice and stays as
+    // it is; a file this program may not write is opened read-only rather
+    // than refused, so that letters can still be merged from it.
+    m_readOnly = m_forceReadOnly || !canWriteFile(info);
+    if (!openConnection(false) && m_readOnly) {
+        // A read-only folder cannot hold the lock files a shared database
+        // needs; read the file as it stands instead.
+        const QString first = m_lastError;
+        m_lastError.clear();
+        if (!openConnection(true))
+            m_lastError = first;
+    }
+}
+
+bool databaseControl::openConnection(bool immutable) {
     {
         QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connectionName);
-        db.setDatabaseName(m_path);
-        db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=10000"));
+        QStringList options{QStringLiteral("QSQLITE_BUSY_TIMEOUT=10000")};
+        if (m_readOnly)
+            options << QStringLiteral("QSQLITE_OPEN_READONLY");
+        if (immutable) {
+            options << QStringLiteral("QSQLITE_OPEN_URI");
+            db.setDatabaseName(QUrl::fromLocalFile(QFileInfo(m_path).absoluteFilePath())
+                                   .toString(QUrl::FullyEncoded) +
+                               QStringLiteral("?immutable=1"));
+        } else {
+            db.setDatabaseName(m_path);
+        }
+        db.setConnectOptions(options.join(u';'));
         if (!db.open()) {
-            m_lastError = db.lastError().text();
+            m_lastError = describeFailure(db.lastError());
         } else {
             QSqlQuery query(db);
-            // WAL lets the host write while this program reads. A read-only
-            // file or folder refuses it, and the default journal stays.
-            query.exec(QStringLiteral("PRAGMA journal_mode=WAL"));
-            query.finish();
             if (!query.exec(QStringLiteral("SELECT name FROM sqlite_master WHERE type='table'"))) {
-                m_lastError = query.lastError().text();
+                m_lastError = describeFailure(query.lastError());
             } else {
                 QStringList tables;
                 while (query.next())
@@ -172,11 +213,32 @@ void databaseControl::connect() {
                 m_lookups = std::make_unique<LookupStatements>(
                     *static_cast<sqlite3* const*>(handle.constData()));
             m_connected = true;
-            return;
+            return true;
         }
         db.close();
     }
     QSqlDatabase::removeDatabase(m_connectionName);
+    return false;
+}
+
+QString databaseControl::describeFailure(const QSqlError& error) const {
+    return QStringLiteral("%1: %2 (%3)")
+        .arg(DatabaseFailure::reason(error.nativeErrorCode().toInt(), error.databaseText()), m_path,
+             error.text());
+}
+
+QString databaseControl::readOnlyNotice() const {
+    if (!m_readOnly)
+        return {};
+    return QStringLiteral("The database is open read-only, so the contact repairs and the "
+                          "letters' folder rows are not saved to it: %1")
+        .arg(m_path);
+}
+
+void databaseControl::refuseWriteIfReadOnly(const QString& what) const {
+    if (m_readOnly)
+        fail(QStringLiteral("The database is open read-only; %1 is not saved: %2")
+                 .arg(what, m_path));
 }
 
 void databaseControl::disconnect() {
@@ -231,7 +293,7 @@ int databaseControl::openRecordset(const QString& sql, int /*cursorType*/, int l
     ProcedureScope scope(m_errors,
                          QStringLiteral("QuillmerePad.exe-databaseControl-openRecordset"));
     requireConnection();
-    TranslatedSql translated = JetSqlTranslator::translate(sql);
+    TranslatedSql translated = m_translations->translate(sql);
     auto rs = std::make_unique<Recordset>();
     rs->editable = lockType == OptimisticLock;
     if (rs->editable) {
@@ -273,7 +335,7 @@ int databaseControl::openRecordset(const QString& sql, int /*cursorType*/, int l
         query.bindValue(i, translated.parameters[i]);
     ++m_statementCount;
     if (!query.exec()) {
-        const QString error = query.lastError().text();
+        const QString error = describeFailure(query.lastError());
         query.finish();
         fail(QStringLiteral("%1 [%2]").arg(error, sql));
     }
@@ -525,7 +587,7 @@ void databaseControl::runInTransaction(const QString& sql, const QVariantList& p
                                        qint64* insertedKey) {
     QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
     if (!db.transaction())
-        fail(QStringLiteral("Cannot start a transaction: %1").arg(db.lastError().text()));
+        fail(QStringLiteral("Cannot start a transaction: %1").arg(describeFailure(db.lastError())));
     QSqlQuery query(db);
     bool ok = query.prepare(sql);
     if (ok) {
@@ -535,7 +597,7 @@ void databaseControl::runInTransaction(const QString& sql, const QVariantList& p
         ok = query.exec();
     }
     if (!ok) {
-        const QString error = query.lastError().text();
+        const QString error = describeFailure(query.lastError());
         query.finish();
         db.rollback();
         fail(QStringLiteral("%1 [%2]").arg(error, sql));
@@ -544,7 +606,7 @@ void databaseControl::runInTransaction(const QString& sql, const QVariantList& p
         *insertedKey = query.lastInsertId().toLongLong();
     query.finish();
     if (!db.commit()) {
-        const QString error = db.lastError().text();
+        const QString error = describeFailure(db.lastError());
         db.rollback();
         fail(QStringLiteral("Cannot save the change: %1").arg(error));
     }
@@ -614,6 +676,7 @@ void databaseControl::updateFieldNow(int handle, const QString& column, const QS
     requireConnection();
     Recordset& rs = set(handle);
     const int index = writableColumn(rs, column);
+    refuseWriteIfReadOnly(QStringLiteral("the change to %1").arg(column));
     const QVariant stored = toStorage(rs, index, value);
     const QVariant previous = rs.rows[size_t(rs.position)][size_t(index)];
     rs.rows[size_t(rs.position)][size_t(index)] = stored;
@@ -635,6 +698,7 @@ void databaseControl::addNew(int handle) {
     Recordset& rs = set(handle);
     if (rs.table.isEmpty() || !rs.editable)
         fail(QStringLiteral("The record set is read-only."));
+    refuseWriteIfReadOnly(QStringLiteral("a new row of %1").arg(rs.table));
     if (rs.pendingNewRow >= 0)
         saveRecord(handle);
     rs.rows.emplace_back(rs.columns.size());
@@ -648,6 +712,7 @@ void databaseControl::addNew(int handle) {
 void databaseControl::setField(int handle, const QString& column, const QVariant& value) {
     Recordset& rs = set(handle);
     const int index = writableColumn(rs, column);
+    refuseWriteIfReadOnly(QStringLiteral("the change to %1").arg(column));
     rs.rows[size_t(rs.position)][size_t(index)] = toStorage(rs, index, value);
     if (std::find(rs.staged.begin(), rs.staged.end(), index) == rs.staged.end())
         rs.staged.push_back(index);
@@ -697,4 +762,19 @@ QString databaseControl::formatDateForSQL(const QDate& date) {
 
 void databaseControl::escapeSQLText(QString& text) {
     text.replace(u'\'', QStringLiteral("''"));
+}
+
+QString databaseControl::escapeLikeText(const QString& text) {
+    QString out;
+    out.reserve(text.size());
+    for (const QChar c : text) {
+        if (c == u'*' || c == u'?' || c == u'%' || c == u'_' || c == u'[') {
+            out += u'[';
+            out += c;
+            out += u']';
+        } else {
+            out += c;
+        }
+    }
+    return out;
 }

@@ -9,11 +9,13 @@
 #include <optional>
 #include <vector>
 
+class QSqlError;
 class QStandardItemModel;
 class errorClass;
 class QObject;
 class Recordset;
 class StatementCache;
+class TranslationCache;
 class LookupStatements;
 
 // The one access object to the client database (an SQLite file that the
@@ -50,18 +52,27 @@ public:
     void setApplicationTitle(const QString& title) { m_title = title; }
     void setNumberedSetting(int value) { m_numberedSettings.push_back(value); }
     void setDatabasePath(const QString& path) { m_path = path; }
+    // Opens the next connections read-only even where the file could be
+    // written (a check that must leave the practice's file alone).
+    void setOpenReadOnly(bool readOnly) { m_forceReadOnly = readOnly; }
     QString databasePath() const { return m_path; }
 
     // Opens the file named by the path. Never throws: a missing file, a
     // file that is not an SQLite database (text, zero bytes, encrypted,
     // truncated) or one that cannot be opened leaves the object
-    // disconnected, with the reason in lastError(). Turns on WAL where the
-    // file allows it and waits on a busy file instead of failing.
+    // disconnected, with the reason in lastError(). Leaves the file's
+    // journal mode as it is, and waits on a busy file instead of failing.
+    // A file or folder this process may not write is opened read-only:
+    // isReadOnly() is then true and every write throws (see below).
     void connect();
     // Closes every record set and the file.
     void disconnect();
     bool isConnected() const { return m_connected; }
     QString lastError() const { return m_lastError; }
+    bool isReadOnly() const { return m_connected && m_readOnly; }
+    // What a read-only connection does not save, for the user; empty when
+    // the database is writable.
+    QString readOnlyNotice() const;
 
     // Runs a SELECT and returns the handle of its rows, the cursor on the
     // first. Lock type 3 makes an editable set: the statement must read
@@ -113,6 +124,9 @@ public:
     bool hasField(int handle, const QString& column) const;
     QStringList fieldNames(int handle) const;
 
+    // The writes below throw QmError(DatabaseError) on a read-only
+    // connection, naming what was not saved, before anything changes.
+    //
     // Writes one column of the current row and commits it at once. The
     // value is text as callers pass it: "True"/"False" for Yes/No columns,
     // an empty text into a number or date column stores Null.
@@ -132,6 +146,10 @@ public:
     static QString formatDateForSQL(const QDate& date);
     // Doubles single quotes, in place, for use inside a '...' literal.
     static void escapeSQLText(QString& text);
+    // Makes a text that a LIKE pattern must contain match itself: each
+    // wildcard character (* ? % _) and "[" becomes "[c]". Quotes are left to
+    // escapeSQLText.
+    static QString escapeLikeText(const QString& text);
 
     // Diagnostics for tests and benchmarks.
     int openRecordsetCount() const { return static_cast<int>(m_sets.size()); }
@@ -147,6 +165,9 @@ private:
     int store(std::unique_ptr<Recordset> recordset);
     void requireConnection() const;
     [[noreturn]] void fail(const QString& text) const;
+    bool openConnection(bool immutable);
+    QString describeFailure(const QSqlError& error) const;
+    void refuseWriteIfReadOnly(const QString& what) const;
     // The index of a column of the current row that may be written; throws
     // for a read-only set, an unknown column or no current row.
     int writableColumn(const Recordset& rs, const QString& column) const;
@@ -164,6 +185,9 @@ private:
 
     QString m_connectionName;
     bool m_connected = false;
+    bool m_readOnly = false;
+    bool m_forceReadOnly = false;
+    std::unique_ptr<TranslationCache> m_translations;
     QString m_lastError;
     std::unique_ptr<StatementCache> m_statements;
     std::unique_ptr<LookupStatements> m_lookups;

@@ -5,6 +5,8 @@
 #include "platform/MsgboxClass.h"
 #include "platform/errorClass.h"
 
+#include <cstdio>
+
 QString companiesDatabaseFailureText() {
     return QStringLiteral(
         "The Quillmere Pad was not able to access the companies database and needs to close.");
@@ -24,7 +26,17 @@ std::unique_ptr<databaseControl> openCompaniesDatabase(const QString& path) {
     db->setNumberedSetting(3);
     db->setNumberedSetting(2);
     db->connect();
-    if (!db->isConnected() && app().msgbox)
-        app().msgbox->showMessage(companiesDatabaseFailureText(), MsgboxClass::KindFatal);
+    if (!db->isConnected()) {
+        // The box keeps its fixed sentence; the reason ("locked", "not a
+        // database") goes to standard error, where support can read it.
+        std::fprintf(stderr, "The companies database could not be opened: %s\n",
+                     db->lastError().toLocal8Bit().constData());
+        if (app().msgbox)
+            app().msgbox->showMessage(companiesDatabaseFailureText(), MsgboxClass::KindFatal);
+    }
+    // Merging still works from a read-only file; the user learns up front
+    // what it will not record.
+    if (db->isReadOnly() && app().msgbox)
+        app().msgbox->showMessage(db->readOnlyNotice(), MsgboxClass::KindNormal);
     return db;
 }

@@ -3,18 +3,31 @@
 #include "context/AppContext.h"
 #include "data/databaseControl.h"
 #include "data/modDatabaseFunctions.h"
-#include "platform/text/VBFormat.h"
 #include "platform/errorClass.h"
+#include "platform/text/VBFormat.h"
 #include "platform/text/stringControl.h"
 #include "search/SearchCriteriaText.h"
 
 namespace {
 
 // Format of a time text: a text that is no time of day comes back as it
-// stands, as the old runtime's Format did, and then fails where it is used.
+// stands, as the old runtime's Format did. Only for the display text.
 QString formatTime(const QString& text, const QString& format) {
     const auto moment = VBFormat::toDateTime(text);
     return moment ? VBFormat::formatDate(*moment, format) : text;
+}
+
+// A time criterion as it goes between # marks. The text is parsed first and
+// the clause is built from the parsed value, so nothing the user typed
+// reaches the statement; a text that is no time of day is refused.
+QString sqlTime(const QString& text, const char* which) {
+    const auto moment = VBFormat::toDateTime(text);
+    if (!moment || !moment->isValid()) {
+        throw QmError(QmError::DatabaseError,
+                      QStringLiteral("The %1 \"%2\" is not a time of day (for example 9:15 AM).")
+                          .arg(QLatin1String(which), text));
+    }
+    return VBFormat::formatDate(*moment, QStringLiteral("h:mm:ss ampm"));
 }
 
 QString longDate(const QDate& date) {
@@ -85,7 +98,10 @@ void clsSearchAppointments::generateSQLFilter() {
 
     if (searchBySubject && !stringControl::isBlank(subjectText)) {
         databaseControl::escapeSQLText(subjectText);
-        add(QStringLiteral("Subject LIKE '%") + subjectText + QStringLiteral("%'"));
+        // The text is what Subject must contain: a % or * typed in it is a
+        // character to find, not a wildcard.
+        add(QStringLiteral("Subject LIKE '%") + databaseControl::escapeLikeText(subjectText) +
+            QStringLiteral("%'"));
     }
     if (searchByCompany && validCompanyID(QString::number(companyID))) {
         add(QStringLiteral("CompanyIDNum = ") + QString::number(companyID));
@@ -104,16 +120,21 @@ void clsSearchAppointments::generateSQLFilter() {
                         databaseControl::formatDateForSQL(firstDate),
                         databaseControl::formatDateForSQL(secondDate)));
     }
-    const QString timeFormat = QStringLiteral("h:mm:ss ampm");
+    // Only the times the comparison reads are parsed: "starting at" leaves
+    // the second one unread.
+    auto timeRange = [&add](const char* column, qint16 match, const QString& first,
+                            const QString& second, const char* firstName, const char* secondName) {
+        const QString from = match >= 1 && match <= 4 ? sqlTime(first, firstName) : QString();
+        const QString to = match == 4 ? sqlTime(second, secondName) : QString();
+        add(rangeClause(QLatin1String(column), match, from, to));
+    };
     if (searchByStartTime) {
-        add(rangeClause(QStringLiteral("TimeFrom"), startTimeMatch,
-                        formatTime(firstStartTime, timeFormat),
-                        formatTime(secondStartTime, timeFormat)));
+        timeRange("TimeFrom", startTimeMatch, firstStartTime, secondStartTime, "first start time",
+                  "second start time");
     }
     if (searchByEndTime) {
-        add(rangeClause(QStringLiteral("TimeTo"), endTimeMatch,
-                        formatTime(firstEndTime, timeFormat),
-                        formatTime(secondEndTime, timeFormat)));
+        timeRange("TimeTo", endTimeMatch, firstEndTime, secondEndTime, "first end time",
+                  "second end time");
     }
     SQLFilter = filter;
 }

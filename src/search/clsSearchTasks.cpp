@@ -3,10 +3,13 @@
 #include "context/AppContext.h"
 #include "data/databaseControl.h"
 #include "data/modDatabaseFunctions.h"
-#include "platform/text/VBFormat.h"
 #include "platform/errorClass.h"
+#include "platform/text/VBFormat.h"
 #include "platform/text/stringControl.h"
 #include "search/SearchCriteriaText.h"
+
+#include <QRegularExpression>
+#include <QStringList>
 
 namespace {
 
@@ -54,7 +57,42 @@ private:
     int m_handle;
 };
 
+// The tables a sort may name: those of the two SELECTs it is appended to.
+bool isSearchTable(const QString& table) {
+    static const QStringList tables = {QStringLiteral("ClientData"), QStringLiteral("Companies"),
+                                       QStringLiteral("Schedule"),
+                                       QStringLiteral("archiveSchedule")};
+    return tables.contains(table, Qt::CaseInsensitive);
+}
+
 } // namespace
+
+QString clsSearchTasks::sortProblem(const QString& sort) {
+    // "ORDER BY col [ASC|DESC], ..." with an optional ";": a name is letters,
+    // digits and "_", optionally after its table, so that no other text can
+    // ride along into the statement.
+    static const QRegularExpression shape(QStringLiteral("^\\s*ORDER\\s+BY\\s+(.+?)\\s*;?\\s*$"),
+                                          QRegularExpression::CaseInsensitiveOption |
+                                              QRegularExpression::DotMatchesEverythingOption);
+    static const QRegularExpression item(
+        QStringLiteral("^\\s*(?:([A-Za-z_]\\w*)\\.)?([A-Za-z_]\\w*)(?:\\s+(?:ASC|DESC))?\\s*$"),
+        QRegularExpression::CaseInsensitiveOption);
+    if (stringControl::isBlank(sort))
+        return {};
+    const QString refused =
+        QStringLiteral("The task sort \"%1\" is not a sort order: write ORDER BY and column "
+                       "names, each optionally followed by ASC or DESC.")
+            .arg(sort);
+    const auto whole = shape.match(sort);
+    if (!whole.hasMatch())
+        return refused;
+    for (const QString& part : whole.captured(1).split(u',')) {
+        const auto m = item.match(part);
+        if (!m.hasMatch() || (m.hasCaptured(1) && !isSearchTable(m.captured(1))))
+            return refused;
+    }
+    return {};
+}
 
 clsSearchTasks::clsSearchTasks() {
     resetSearchCriteria();
@@ -109,7 +147,10 @@ void clsSearchTasks::generateSQLFilter() {
     };
 
     if (byName) {
-        add(QStringLiteral("scheduleName LIKE '*") + taskName + QStringLiteral("*'"));
+        // The name is a text to contain, not a pattern: its wildcards are
+        // matched as typed.
+        add(QStringLiteral("scheduleName LIKE '*") + databaseControl::escapeLikeText(taskName) +
+            QStringLiteral("*'"));
     }
     if (searchByClient && validCompanyID(QString::number(companyID))) {
         add(QStringLiteral("ClientDataID = ") +
@@ -172,6 +213,8 @@ void clsSearchTasks::generateSQLFilter() {
 }
 
 QString clsSearchTasks::generateSQLStr() const {
+    if (const QString problem = sortProblem(SQLSort); !problem.isEmpty())
+        throw QmError(QmError::DatabaseError, problem);
     if (searchArchives) {
         if (stringControl::isBlank(SQLSort)) {
             return QStringLiteral("SELECT archiveSchedule.* FROM archiveSchedule;");
@@ -241,5 +284,12 @@ QString clsSearchTasks::setCriteria(const QString& assignments) {
         {"employeeAssigned", &employeeAssigned},
         {"SQLSort", &SQLSort},
     };
-    return SearchCriteriaText::apply(assignments, bindings);
+    const QString sort = SQLSort;
+    QString error = SearchCriteriaText::apply(assignments, bindings);
+    if (error.isEmpty()) {
+        error = sortProblem(SQLSort);
+        if (!error.isEmpty())
+            SQLSort = sort;
+    }
+    return error;
 }

@@ -48,13 +48,20 @@ public:
     // empty. Reads the database only to resolve the client.
     void generateSQLFilter();
 
-    // The SELECT whose rows SQLFilter is matched on.
+    // The SELECT whose rows SQLFilter is matched on. A SQLSort that
+    // sortProblem refuses throws QmError(DatabaseError) instead.
     QString generateSQLStr() const;
 
     // Rows of the SELECT that pass SQLFilter as it stands (generateSQLFilter
     // must have run); -1 without a database connection. A database without
     // the tables, or a broken filter, throws QmError to the caller.
     int taskFilterCount() const;
+
+    // Why a sort text cannot be appended to the SELECT, or an empty text when
+    // it can: blank, or ORDER BY with plain column names (optionally after
+    // one of the SELECTs' tables), each optionally ASC or DESC, and an
+    // optional ";".
+    static QString sortProblem(const QString& sort);
 
     // Sets fields by name from "field=value;..." (see SearchCriteriaText).
     // Returns an empty text, or the reason the text was refused.

@@ -1,11 +1,17 @@
 #include "ClientDbFixture.h"
 #include "data/ClientDatabaseSchema.h"
+#include "data/DatabaseFailure.h"
+#include "data/JetSqlTranslator.h"
+#include "data/TranslationCache.h"
 #include "platform/errorClass.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QStandardItemModel>
+#include <functional>
+#include <unistd.h>
 
 namespace {
 
@@ -685,3 +691,228 @@ TEST(ConcurrentWriter, WritesRowsInSmallTransactions) {
 }
 
 } // namespace
+
+namespace {
+
+// The journal mode of a file, read by a connection of its own.
+QString journalMode(const QString& path) {
+    const QString name = QStringLiteral("journal_probe");
+    QString mode;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
+        db.setDatabaseName(path);
+        if (db.open()) {
+            QSqlQuery q(db);
+            if (q.exec(QStringLiteral("PRAGMA journal_mode")) && q.next())
+                mode = q.value(0).toString().toLower();
+        }
+        db.close();
+    }
+    QSqlDatabase::removeDatabase(name);
+    return mode;
+}
+
+void setJournalMode(const QString& path, const QString& mode) {
+    const QString name = QStringLiteral("journal_setter");
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
+        db.setDatabaseName(path);
+        ASSERT_TRUE(db.open());
+        QSqlQuery q(db);
+        ASSERT_TRUE(q.exec(QStringLiteral("PRAGMA journal_mode=") + mode));
+        q.finish();
+        db.close();
+    }
+    QSqlDatabase::removeDatabase(name);
+}
+
+// Reads as a merge does and, where allowed, writes one value back.
+void readLikeAMerge(databaseControl& db) {
+    const int h = db.openRecordset(
+        QStringLiteral("SELECT Companies.* FROM Companies WHERE Companies.CompanyID = 10;"));
+    ASSERT_FALSE(db.isEOF(h));
+    EXPECT_FALSE(db.getField(h, QStringLiteral("CompanyName")).toString().isEmpty());
+    db.closeRecordset(h);
+    EXPECT_TRUE(db.lookupValue(QStringLiteral("SELECT CompanyName FROM Companies WHERE "
+                                              "CompanyID = ?"),
+                               {10}, {})
+                    .has_value());
+}
+
+} // namespace
+
+TEST_F(DatabaseControlTest, JournalModeStaysAsThePracticeSetIt) {
+    // The two modes the file itself records; the others last a connection.
+    for (const char* mode : {"delete", "wal", "delete"}) {
+        m_db->disconnect();
+        setJournalMode(m_path, QString::fromLatin1(mode));
+        m_db->connect();
+        ASSERT_TRUE(m_db->isConnected()) << m_db->lastError().toStdString();
+        EXPECT_FALSE(m_db->isReadOnly());
+        readLikeAMerge(*m_db);
+        const int h = m_db->openRecordset(
+            QStringLiteral("SELECT Companies.* FROM Companies WHERE Companies.CompanyID = 10;"),
+            databaseControl::KeysetCursor, databaseControl::OptimisticLock);
+        m_db->updateFieldNow(h, QStringLiteral("City"), QStringLiteral("Halifax"));
+        m_db->closeRecordset(h);
+        m_db->disconnect();
+        EXPECT_EQ(journalMode(m_path), QString::fromLatin1(mode));
+    }
+}
+
+TEST_F(DatabaseControlTest, ReadOnlyConnectionReadsAndRefusesEveryWrite) {
+    const QString before = hostValue("SELECT City FROM Companies WHERE CompanyID = 10").toString();
+    m_db->disconnect();
+    m_db->setOpenReadOnly(true);
+    m_db->connect();
+    ASSERT_TRUE(m_db->isConnected()) << m_db->lastError().toStdString();
+    EXPECT_TRUE(m_db->isReadOnly());
+    EXPECT_TRUE(m_db->readOnlyNotice().contains(QStringLiteral("not saved")));
+    readLikeAMerge(*m_db);
+
+    const int h = m_db->openRecordset(
+        QStringLiteral("SELECT Companies.* FROM Companies WHERE Companies.CompanyID = 10;"),
+        databaseControl::KeysetCursor, databaseControl::OptimisticLock);
+    const std::function<void()> writes[] = {
+        [&] { m_db->updateFieldNow(h, QStringLiteral("City"), QStringLiteral("Halifax")); },
+        [&] { m_db->setField(h, QStringLiteral("City"), QStringLiteral("Halifax")); },
+        [&] { m_db->addNew(h); },
+    };
+    for (const auto& write : writes) {
+        try {
+            write();
+            ADD_FAILURE() << "a write went through";
+        } catch (const QmError& error) {
+            EXPECT_TRUE(
+                error.description().startsWith(QStringLiteral("The database is open read-only")))
+                << error.description().toStdString();
+        }
+    }
+    // Nothing changed, in the set or in the file.
+    EXPECT_EQ(m_db->recordCount(h), 1);
+    EXPECT_EQ(m_db->getField(h, QStringLiteral("City")).toString(), before);
+    m_db->closeRecordset(h);
+    EXPECT_EQ(hostValue("SELECT City FROM Companies WHERE CompanyID = 10").toString(), before);
+
+    m_db->disconnect();
+    m_db->setOpenReadOnly(false);
+    m_db->connect();
+    EXPECT_FALSE(m_db->isReadOnly());
+    EXPECT_TRUE(m_db->readOnlyNotice().isEmpty());
+}
+
+// A file on a read-only medium is detected as such, whatever its
+// permissions say, and still serves a merge: in the rollback journal as in
+// WAL, where the engine cannot make its lock files beside the file.
+TEST_F(DatabaseControlTest, FileOnAReadOnlyMediumOpensReadOnly) {
+    if (geteuid() != 0)
+        GTEST_SKIP() << "needs root to mount a read-only file system";
+    auto run = [](const QStringList& arguments) {
+        return QProcess::execute(QStringLiteral("mount"), arguments) == 0;
+    };
+    m_db.reset();
+    for (const char* mode : {"delete", "wal"}) {
+        const QString medium = m_env.path(QStringLiteral("medium_%1/").arg(QLatin1String(mode)));
+        QDir().mkpath(medium);
+        if (!run({"-t", "tmpfs", "-o", "size=4m", "none", medium}))
+            GTEST_SKIP() << "cannot mount a tmpfs here";
+        const QString path = medium + QStringLiteral("Data.qmd");
+        ASSERT_TRUE(QFile::copy(m_path, path));
+        setJournalMode(path, QString::fromLatin1(mode));
+        const bool remounted = run({"-o", "remount,ro", medium});
+        if (remounted) {
+            databaseControl db;
+            db.setDatabasePath(path);
+            db.connect();
+            EXPECT_TRUE(db.isConnected()) << mode << ": " << db.lastError().toStdString();
+            EXPECT_TRUE(db.isReadOnly()) << mode;
+            if (db.isConnected())
+                readLikeAMerge(db);
+            db.disconnect();
+        }
+        QProcess::execute(QStringLiteral("umount"), {medium});
+        ASSERT_TRUE(remounted) << "cannot remount the tmpfs read-only";
+    }
+}
+
+TEST_F(DatabaseControlTest, FailuresSayTheirReason) {
+    try {
+        m_db->openRecordset(QStringLiteral("SELECT Nope.* FROM Nope;"));
+        ADD_FAILURE() << "opened a missing table";
+    } catch (const QmError& error) {
+        EXPECT_TRUE(
+            error.description().startsWith(QStringLiteral("The database has no table Nope")))
+            << error.description().toStdString();
+    }
+    // The engine's extended codes carry the primary code in their low byte.
+    const struct {
+        int code;
+        const char* text;
+        const char* reason;
+    } cases[] = {
+        {5, "database is locked", "The database is locked by another program"},
+        {517, "database is locked", "The database is locked by another program"},
+        {26, "file is not a database", "The file is not a database"},
+        {11, "database disk image is malformed", "The database is damaged"},
+        {1, "no such column: Companies.Nope", "The database has no column Companies.Nope"},
+        {3338, "disk I/O error", "The database file could not be read or written"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(DatabaseFailure::reason(c.code, QString::fromLatin1(c.text)),
+                  QString::fromLatin1(c.reason))
+            << c.code;
+}
+
+// The kept translation of a shape must give, for every text, what a fresh
+// translation of that text gives: same statement, same values of the same
+// types.
+TEST(TranslationCacheTest, GivesWhatAFreshTranslationGives) {
+    const char* const texts[] = {
+        "SELECT Companies.* From Companies WHERE Companies.CompanyID=12;",
+        "SELECT Companies.* From Companies WHERE Companies.CompanyID=4711;",
+        "SELECT Contacts.* FROM Contacts WHERE Contacts.ContactID = 7 AND Active = True;",
+        "SELECT a FROM t WHERE x >= 1.5 AND y<>-3 AND z != 0 AND w <=.25",
+        "SELECT a FROM t WHERE Col1=2 AND [we=ird]=3 AND name = 'a=1' AND k = \"b<2\"",
+        "SELECT a FROM t WHERE d = #1/2/2024# AND n =5 AND s LIKE '*x[*]?'",
+        "SELECT a FROM t WHERE id = 12abc",
+        "SELECT a FROM t WHERE id IN (1, 2, 3) ORDER BY 1, name",
+        "SELECT a FROM t WHERE v = 00012 AND big = 99999999999",
+        "SELECT a FROM t WHERE flag = False AND n = 1.",
+    };
+    TranslationCache cache;
+    for (const char* text : texts) {
+        const QString sql = QString::fromLatin1(text);
+        const TranslatedSql fresh = JetSqlTranslator::translate(sql);
+        for (int pass = 0; pass < 2; ++pass) {
+            const TranslatedSql kept = cache.translate(sql);
+            EXPECT_EQ(kept.sql, fresh.sql) << text;
+            ASSERT_EQ(kept.parameters.size(), fresh.parameters.size()) << text;
+            for (qsizetype i = 0; i < fresh.parameters.size(); ++i) {
+                EXPECT_EQ(kept.parameters[i], fresh.parameters[i]) << text << " #" << i;
+                EXPECT_EQ(kept.parameters[i].typeId(), fresh.parameters[i].typeId()) << text;
+            }
+            EXPECT_TRUE(kept.placeholders.empty()) << text;
+        }
+    }
+    // The two company statements share one shape.
+    EXPECT_EQ(cache.size(), qsizetype(std::size(texts)) - 1);
+}
+
+TEST(TranslationCacheTest, FaultsAreReportedAndNeverKept) {
+    TranslationCache cache(2);
+    for (const char* bad : {"SELECT a FROM t WHERE n = 'open", "SELECT a FROM t WHERE d = #x#",
+                            "SELECT a FROM t WHERE [open = 1"}) {
+        EXPECT_THROW(cache.translate(QString::fromLatin1(bad)), QmError) << bad;
+        EXPECT_THROW(cache.translate(QString::fromLatin1(bad)), QmError) << bad;
+    }
+    EXPECT_EQ(cache.size(), 0);
+    // A "?" of the caller's own is left to the translator each time.
+    EXPECT_EQ(cache.translate(QStringLiteral("SELECT a FROM t WHERE n = ?")).placeholders.size(),
+              1u);
+    EXPECT_EQ(cache.size(), 0);
+    // Bounded: a third shape starts the cache again.
+    for (const char* text : {"SELECT a FROM t WHERE n = 1", "SELECT b FROM t WHERE n = 1",
+                             "SELECT c FROM t WHERE n = 1"})
+        cache.translate(QString::fromLatin1(text));
+    EXPECT_LE(cache.size(), 2);
+}

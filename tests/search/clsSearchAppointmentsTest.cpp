@@ -267,4 +267,92 @@ TEST_F(SearchAppointmentsTest, BadTimesDatesAndDatabasesFailThroughTheHandler) {
     EXPECT_EQ(search.appointmentFilterCount(), -1);
 }
 
+TEST_F(SearchAppointmentsTest, HostileTimesAreRefusedBeforeAnySqlIsBuilt) {
+    // Each would widen the WHERE clause if the time text reached the statement.
+    const char* const hostile[] = {
+        "9:00 AM# OR 1=1 OR TimeFrom = #9:00 AM",
+        "9:00 AM# UNION SELECT Appointments.* FROM Appointments WHERE #1/1/2000",
+        "9:00 AM# --",
+        "9:00 AM'",
+        "9:#00 AM",
+    };
+    for (const char* text : hostile) {
+        for (const qint16 match : {qint16(3), qint16(4)}) {
+            clsSearchAppointments search;
+            search.searchByStartTime = true;
+            search.startTimeMatch = match;
+            search.firstStartTime = "8:00 AM";
+            search.secondStartTime = QString::fromUtf8(text);
+            if (match == 3)
+                std::swap(search.firstStartTime, search.secondStartTime);
+            try {
+                search.generateSQLFilter();
+                ADD_FAILURE() << "accepted " << text;
+            } catch (const QmError& error) {
+                EXPECT_TRUE(error.description().contains(QString::fromUtf8(text)))
+                    << error.description().toStdString();
+                EXPECT_TRUE(error.description().contains("start time")) << text;
+            }
+            EXPECT_TRUE(search.SQLFilter.isEmpty()) << text;
+            EXPECT_THROW(search.appointmentFilterCount(), QmError) << text;
+        }
+    }
+    // The second time of "starting at" is not read, so it cannot fail.
+    clsSearchAppointments at;
+    ASSERT_EQ(at.setCriteria("searchByEndTime=1;endTimeMatch=3;firstEndTime=3:00 PM;"
+                             "secondEndTime=x# OR 1=1"),
+              QString());
+    at.generateSQLFilter();
+    EXPECT_EQ(at.SQLFilter, "TimeTo = #3:00:00 PM#");
+}
+
+TEST_F(SearchAppointmentsTest, WildcardsTypedInTheSubjectAreMatchedLiterally) {
+    hostExec("INSERT INTO Appointments (AppointmentID, CompanyIDNum, UserIDNum, Subject, DateFrom, "
+             "TimeFrom, TimeTo, BackColour) VALUES (410, 10, 50, '100% done_ok [x] *', "
+             "'2024-03-20', '1899-12-30 09:00:00', '1899-12-30 10:00:00', 0)");
+    const struct {
+        const char* subject;
+        const char* ids;
+    } cases[] = {
+        {"%", "410,403"}, {"_", "410"}, {"*", "410"}, {"100% done_ok", "410"}, {"[x]", "410"},
+        {"100_", ""},     {"?", ""},    {"e%v", ""},  {"Year", "400"},
+    };
+    for (const auto& c : cases) {
+        clsSearchAppointments search;
+        search.searchBySubject = true;
+        search.subjectText = QString::fromUtf8(c.subject);
+        EXPECT_EQ(selectedIDs(search).join(u','), QString::fromUtf8(c.ids)) << c.subject;
+        // The escaping stays in the statement; the text the display shows
+        // is the typed one.
+        search.subjectText = QString::fromUtf8(c.subject);
+        search.generateDisplayStr();
+        EXPECT_TRUE(search.displayString.contains(u'\'' + QString::fromUtf8(c.subject) + u'\''))
+            << c.subject;
+    }
+}
+
+TEST_F(SearchAppointmentsTest, TimesStoredInTheShortFormAreFound) {
+    // The host may store a time of day alone, without the time-only day.
+    hostExec("INSERT INTO Appointments (AppointmentID, CompanyIDNum, UserIDNum, Subject, DateFrom, "
+             "TimeFrom, TimeTo, BackColour) VALUES (411, 10, 50, 'Short form', '2024-03-21', "
+             "'09:45:00', '23:30:00', 0)");
+    const struct {
+        const char* criteria;
+        const char* ids;
+    } cases[] = {
+        {"searchByStartTime=1;firstStartTime=9:40 AM;secondStartTime=9:50 AM", "411"},
+        {"searchByStartTime=1;startTimeMatch=3;firstStartTime=9:45 AM", "411"},
+        {"searchByStartTime=1;startTimeMatch=2;firstStartTime=9:00 AM", "401"},
+        {"searchByEndTime=1;endTimeMatch=1;firstEndTime=11:00 PM", "411"},
+        {"searchBySubject=1;subjectText=Short;searchByEndTime=1;endTimeMatch=2;"
+         "firstEndTime=11:00 PM",
+         ""},
+    };
+    for (const auto& c : cases) {
+        clsSearchAppointments search;
+        ASSERT_EQ(search.setCriteria(QString::fromLatin1(c.criteria)), QString()) << c.criteria;
+        EXPECT_EQ(selectedIDs(search).join(u','), QString::fromLatin1(c.ids)) << c.criteria;
+    }
+}
+
 } // namespace

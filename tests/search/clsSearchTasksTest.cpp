@@ -320,4 +320,68 @@ TEST_F(SearchTasksTest, AnArchiveWithoutTheFilterColumnsFails) {
     EXPECT_EQ(m_db->openRecordsetCount(), 0);
 }
 
+TEST_F(SearchTasksTest, HostileSortTextIsRefusedAndKeepsTheLastGoodSort) {
+    const char* const hostile[] = {
+        "ORDER BY Schedule.DueDate UNION SELECT ClientData.ClientDataID FROM ClientData",
+        "ORDER BY Schedule.DueDate; DELETE FROM Schedule;",
+        "ORDER BY Schedule.DueDate -- hidden",
+        "OR ClientData.ShowThisClient = False",
+        "ORDER BY (SELECT 1)",
+        "ORDER BY 'x'",
+        "ORDER BY Schedule.DueDate, ",
+        "ORDER BY Secret.Column",
+        "UNION SELECT * FROM Companies",
+    };
+    for (const char* sort : hostile) {
+        clsSearchTasks search;
+        ASSERT_EQ(search.setCriteria("SQLSort=ORDER BY Schedule.DueDate DESC"), QString());
+        // A ";" ends the item in the criteria text, so those go in directly.
+        if (!QString::fromUtf8(sort).contains(u';')) {
+            const QString error = search.setCriteria(QStringLiteral("SQLSort=") + sort);
+            EXPECT_TRUE(error.contains(QString::fromUtf8(sort))) << error.toStdString();
+            EXPECT_EQ(search.SQLSort, "ORDER BY Schedule.DueDate DESC") << sort;
+        }
+        // Set directly, as the dialog does: the SELECT refuses to form.
+        search.SQLSort = QString::fromUtf8(sort);
+        search.generateSQLFilter();
+        EXPECT_THROW(search.generateSQLStr(), QmError) << sort;
+        EXPECT_THROW(search.taskFilterCount(), QmError) << sort;
+        EXPECT_EQ(m_db->openRecordsetCount(), 0) << sort;
+    }
+    const char* const sorts[] = {
+        "ORDER BY Schedule.DueDate",
+        "order by Companies.CompanyName desc, DueDate asc;",
+        "  ORDER  BY  ClientData.ClientDataID ;  ",
+    };
+    for (const char* sort : sorts) {
+        clsSearchTasks search;
+        ASSERT_EQ(search.setCriteria(QStringLiteral("SQLSort=") + sort), QString()) << sort;
+        search.generateSQLFilter();
+        EXPECT_EQ(search.taskFilterCount(), 6) << sort;
+    }
+}
+
+TEST_F(SearchTasksTest, WildcardsTypedInTheTaskNameAreMatchedLiterally) {
+    // Before, "*" and "?" widened the name search to every task.
+    const struct {
+        const char* name;
+        int count;
+    } cases[] = {{"*", 0}, {"?", 0}, {"%", 0}, {"G?T", 0}, {"GST", 2}, {"[G]ST", 0}};
+    for (const auto& c : cases) {
+        clsSearchTasks search;
+        search.searchByTaskName = true;
+        search.taskName = QString::fromUtf8(c.name);
+        search.generateSQLFilter();
+        EXPECT_EQ(search.taskFilterCount(), c.count) << c.name;
+    }
+    hostExec("UPDATE Schedule SET scheduleName = 'GST * 50% [final]' WHERE ScheduleID = 300");
+    for (const char* name : {"*", "50%", "[final]", "T * 5"}) {
+        clsSearchTasks search;
+        search.searchByTaskName = true;
+        search.taskName = QString::fromUtf8(name);
+        search.generateSQLFilter();
+        EXPECT_EQ(search.taskFilterCount(), 1) << name;
+    }
+}
+
 } // namespace
