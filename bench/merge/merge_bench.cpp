@@ -12,7 +12,7 @@
 #include "merge/MergeLookups.h"
 #include "merge/MergeSession.h"
 #include "merge/ReferenceSubstitution.h"
-#include "merge/modMergeControl.h"
+#include "merge/MergeResultDocument.h"
 #include "platform/ProgressReporter.h"
 
 #include <QElapsedTimer>

@@ -2,7 +2,7 @@
 #include "merge/MergeLookups.h"
 #include "merge/MergeSession.h"
 #include "merge/MergeTemplate.h"
-#include "merge/modMergeControl.h"
+#include "merge/MergeResultDocument.h"
 #include "platform/ProgressReporter.h"
 
 #include <QDate>

@@ -27,6 +27,40 @@ void makeFolder(const QString& folder) {
     }
 }
 
+// Whether another client's row already names this folder; two clients
+// whose names clean to the same text must not share one folder.
+bool folderTakenByAnother(databaseControl& db, const QString& keyColumn, int id,
+                          const QString& relative) {
+    QString literal = relative;
+    databaseControl::escapeSQLText(literal);
+    const int rs = db.openRecordset(
+        QStringLiteral("SELECT ClientDocumentStorage.FolderPath FROM ClientDocumentStorage WHERE "
+                       "ClientDocumentStorage.FolderPath = '") +
+        literal + QStringLiteral("' AND NOT (ClientDocumentStorage.") + keyColumn +
+        QStringLiteral(" = ") + QString::number(id) + QStringLiteral(");"));
+    bool taken = false;
+    try {
+        taken = db.hasRecords(rs);
+    } catch (...) {
+        db.closeRecordset(rs);
+        throw;
+    }
+    db.closeRecordset(rs);
+    return taken;
+}
+
+// A folder of the client's name that no other client's row holds:
+// "Name", then "Name (2)", "Name (3)"...
+QString freeFolderName(databaseControl& db, const QString& keyColumn, int id,
+                       const QString& subfolder, const QString& clientName) {
+    const QString name = cleanFolderName(clientName);
+    QString relative = subfolder + name;
+    for (int n = 2; folderTakenByAnother(db, keyColumn, id, relative); ++n) {
+        relative = subfolder + name + QStringLiteral(" (") + QString::number(n) + QLatin1Char(')');
+    }
+    return relative;
+}
+
 // Steps shared by the business and personal folders: the stored folder while
 // it exists, otherwise a folder of the current name, stored for next time.
 QString clientFolder(const QString& keyColumn, int id, const QString& subfolder,
@@ -49,14 +83,16 @@ QString clientFolder(const QString& keyColumn, int id, const QString& subfolder,
             const QVariant stored = db->getField(rs, QStringLiteral("FolderPath"));
             if (!stringControl::isBlank(stored)) {
                 const QString candidate = fileControl::AddBackslash(base + stored.toString());
+                requireInsideVault(candidate, base);
                 if (fileControl::FolderExists(candidate)) {
                     result = candidate;
                 }
             }
         }
         if (result.isEmpty()) {
-            const QString relative = subfolder + cleanFolderName(clientName);
+            const QString relative = freeFolderName(*db, keyColumn, id, subfolder, clientName);
             result = fileControl::AddBackslash(base + relative);
+            requireInsideVault(result, base);
             makeFolder(result);
             if (found) {
                 db->updateFieldNow(rs, QStringLiteral("FolderPath"), relative);
@@ -76,6 +112,15 @@ QString clientFolder(const QString& keyColumn, int id, const QString& subfolder,
 }
 
 } // namespace
+
+void requireInsideVault(const QString& path, const QString& root) {
+    const QString base = QDir::cleanPath(root);
+    const QString clean = QDir::cleanPath(path);
+    if (base.isEmpty() || clean == base || !fileControl::isBelowFolder(clean, base)) {
+        throw QmError(QmError::PathFileAccessError,
+                      QStringLiteral("The folder lies outside the document vault: ") + path);
+    }
+}
 
 QString cleanFolderName(const QString& name) {
     static const QString forbidden = QStringLiteral("\\/:*?\"<>|");
