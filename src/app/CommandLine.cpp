@@ -13,7 +13,7 @@ const std::vector<CommandEntry>& headlessCommands() {
     static const std::vector<CommandEntry> table = {
         {"--version", "--version", runVersionCommand},
         {"check", "check TEMPLATE [--database DB] [--province N]", runCheckCommand},
-        {"merge", "merge TEMPLATE --database DB --out ROOT [--type N] [--ids LIST | --all | --tasks CRITERIA | --appointments CRITERIA] [--today YYYY-MM-DD] [--province N] [--report]", runMergeCommand},
+        {"merge", "merge TEMPLATE --database DB --out ROOT [--type N] [--ids LIST | --all | --tasks CRITERIA | --appointments CRITERIA] [--today YYYY-MM-DD] [--province N] [--report] (exit status 3: some letters not filed)", runMergeCommand},
         {"text", "text FILE", runTextCommand},
         {"convert", "convert IN OUT", runConvertCommand},
         {"spell", "spell FILE [--tolerance N] [--folder DIR]", runSpellCommand},

@@ -1,13 +1,17 @@
 #include "app/Commands.h"
 #include "merge/MergeLookups.h"
+#include "merge/MergeResultDocument.h"
 #include "merge/MergeSession.h"
 #include "merge/MergeTemplate.h"
-#include "merge/MergeResultDocument.h"
 #include "platform/ProgressReporter.h"
 
 #include <QDate>
 
 namespace {
+
+// Exit status of a run that filed some letters but not all; each one that
+// failed is named on standard error.
+constexpr int kSomeLettersNotFiled = 3;
 
 int parseID(const QString& text) {
     bool ok = false;
@@ -68,6 +72,7 @@ void addAllRecipients(InformationKind type, FieldTable& ids) {
 // quillmere-pad merge TEMPLATE --database DB --out ROOT [--type N]
 //     [--ids LIST | --all | --tasks CRITERIA | --appointments CRITERIA]
 //     [--today YYYY-MM-DD] [--province N] [--report]
+// Exits 3 when some letters could not be merged or filed.
 // CRITERIA sets fields of the task or appointment search by name:
 // "taskName=GST;searchByTaskName=1;dateMatch=4".
 int runMergeCommand(const QStringList& args, CommandIO& io) {
@@ -180,17 +185,31 @@ int runMergeCommand(const QStringList& args, CommandIO& io) {
             // The reason has gone to the message sink.
             return 1;
         }
-        result.saveMergeDocument(progress, *root);
+        // Each letter is listed as soon as it is filed, so that the list of
+        // a run killed half-way names every letter that exists.
+        const bool report = hasFlag(args, QStringLiteral("--report"));
+        result.onFiled = [&io, report](const MergedRecord& record) {
+            if (!record.failure.isEmpty()) {
+                io.err << record.name << "\tnot filed:\t" << record.failure << '\n';
+                io.err.flush();
+                return;
+            }
+            io.out << record.name << '\t' << record.savedPath << '\n';
+            if (report && !record.emptyPlaceholders.isEmpty()) {
+                io.out << "\tempty:\t" << record.emptyPlaceholders.join(QStringLiteral(", "))
+                       << '\n';
+            }
+            if (report && !record.replacedPath.isEmpty()) {
+                io.out << "\treplaced:\t" << record.replacedPath << '\n';
+            }
+            io.out.flush();
+        };
+        if (result.saveMergeDocument(progress, *root) > 0) {
+            return kSomeLettersNotFiled;
+        }
     } catch (const QmError& fault) {
         io.err << fault.description() << '\n';
         return 2;
-    }
-    const bool report = hasFlag(args, QStringLiteral("--report"));
-    for (const MergedRecord& record : result.records) {
-        io.out << record.name << '\t' << record.savedPath << '\n';
-        if (report && !record.emptyPlaceholders.isEmpty()) {
-            io.out << "\tempty:\t" << record.emptyPlaceholders.join(QStringLiteral(", ")) << '\n';
-        }
     }
     return 0;
 }

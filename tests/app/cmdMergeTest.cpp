@@ -1,5 +1,5 @@
-#include "context/AppContext.h"
 #include "app/Commands.h"
+#include "context/AppContext.h"
 #include "merge/MergeTestDatabase.h"
 #include "platform/fileControl.h"
 #include "support/TestEnvironment.h"
@@ -124,6 +124,31 @@ TEST_F(MergeCommandsTest, MergeRefusesBadUsage) {
         EXPECT_FALSE(r.err.isEmpty());
         EXPECT_TRUE(r.out.isEmpty());
     }
+}
+
+TEST_F(MergeCommandsTest, AMergeWithFailedLettersExitedZero) {
+    const QString root = env.root() + "/vault";
+    database = env.path("escaping.qmd");
+    {
+        MergeTestDatabase db(database);
+        db.fillStandardPractice();
+        db.exec("INSERT INTO ClientDocumentStorage (ClientDataNum, FolderPath) VALUES (1010, "
+                "'../elsewhere')");
+    }
+    const QString file = "Mar 5 2024 - Year End Letter.qmw";
+    const CommandRun r =
+        run(runMergeCommand, {letter, "--database", database, "--out", root, "--ids",
+                              "10:100,30:,30:", "--today", "2024-03-05", "--report"});
+    EXPECT_EQ(r.status, 3);
+    EXPECT_TRUE(r.err.startsWith("Acme Widgets\tnot filed:\t")) << r.err.toStdString();
+    EXPECT_TRUE(r.err.contains("outside the document vault")) << r.err.toStdString();
+    // Both letters of the other client are listed; the second replaced the
+    // first, which is kept and named.
+    EXPECT_EQ(r.out.count("Gamma Ltd\t" + root + "/Gamma Ltd/" + file + "\n"), 2)
+        << r.out.toStdString();
+    EXPECT_TRUE(r.out.endsWith("\treplaced:\t" + root + "/Gamma Ltd/Replaced/" + file + "\n"))
+        << r.out.toStdString();
+    EXPECT_FALSE(QFileInfo::exists(env.root() + "/elsewhere"));
 }
 
 // Task and appointment merges chosen by search criteria on the command line.
