@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QUuid>
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace {
@@ -37,9 +38,8 @@ void LetterWriter::sweep(const QString& folder) {
     }
 }
 
-void LetterWriter::write(const QString& path, const QByteArray& bytes) {
-    const QFileInfo target(path);
-    const QString folder = target.absolutePath();
+QString LetterWriter::writeTemporary(const QString& path, const QByteArray& bytes) {
+    const QString folder = QFileInfo(path).absolutePath();
     sweep(folder);
     const QString temporary = folder + QLatin1Char('/') + kTemporaryPrefix +
                               QUuid::createUuid().toString(QUuid::Id128) + kTemporarySuffix;
@@ -48,15 +48,44 @@ void LetterWriter::write(const QString& path, const QByteArray& bytes) {
         fail(path);
     }
     // Every step is checked: a full disk must not leave a short letter.
-    const bool written = file.write(bytes) == bytes.size() && file.flush() &&
-                         ::fsync(file.handle()) == 0 && file.error() == QFileDevice::NoError;
+    const bool written = file.write(bytes) == bytes.size() && file.flush();
     file.close();
-    if (!written || file.error() != QFileDevice::NoError ||
-        ::rename(QFile::encodeName(temporary).constData(), QFile::encodeName(path).constData()) !=
-            0) {
+    if (!written || file.error() != QFileDevice::NoError) {
         QFile::remove(temporary);
         fail(path);
     }
+    return temporary;
+}
+
+void LetterWriter::syncFileSystem(const QString& anyFolder) {
+    const int fd = ::open(QFile::encodeName(anyFolder).constData(), O_RDONLY | O_DIRECTORY);
+    const bool synced = fd >= 0 && ::syncfs(fd) == 0;
+    if (fd >= 0) {
+        ::close(fd);
+    }
+    if (!synced) {
+        fail(anyFolder);
+    }
+}
+
+void LetterWriter::place(const QString& temporary, const QString& path) {
+    if (::rename(QFile::encodeName(temporary).constData(), QFile::encodeName(path).constData()) !=
+        0) {
+        QFile::remove(temporary);
+        fail(path);
+    }
+}
+
+void LetterWriter::write(const QString& path, const QByteArray& bytes) {
+    const QString temporary = writeTemporary(path, bytes);
+    QFile file(temporary);
+    const bool synced = file.open(QIODevice::ReadWrite) && ::fsync(file.handle()) == 0;
+    file.close();
+    if (!synced) {
+        QFile::remove(temporary);
+        fail(path);
+    }
+    place(temporary, path);
 }
 
 QString LetterWriter::moveAside(const QString& path, const QString& history) {

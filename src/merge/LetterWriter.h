@@ -16,6 +16,15 @@ public:
     // PathFileAccessError is raised naming the path.
     void write(const QString& path, const QByteArray& bytes);
 
+    // The same in steps, so that many letters share one sync: the bytes go
+    // to a temporary beside `path` (returned), written and flushed but not
+    // yet forced to disk; syncFileSystem() forces every temporary written so
+    // far; place() then renames one over its target. Each raises QmError
+    // PathFileAccessError and removes the temporary on failure.
+    QString writeTemporary(const QString& path, const QByteArray& bytes);
+    void syncFileSystem(const QString& anyFolder);
+    void place(const QString& temporary, const QString& path);
+
     // Moves the existing file `path` into the subfolder `history` of its
     // folder, under its own name or, when that is taken, "name (2).ext"...
     // Returns the new path. Raises QmError PathFileAccessError when the

@@ -207,6 +207,21 @@ QString MergeResultDocument::letterFolder(const MergedRecord& record,
     return folder;
 }
 
+namespace {
+
+// Letters are forced to disk together: one sync for a batch costs what one
+// letter's sync costs, and no letter takes its place before it is on disk.
+constexpr size_t kLettersPerSync = 256;
+
+struct StagedLetter {
+    MergedRecord* record = nullptr;
+    QString temporary; // empty when the record failed before it was written
+    QString path;
+    bool ownEarlierSave = false;
+};
+
+} // namespace
+
 int MergeResultDocument::saveMergeDocument(ProgressReporter& progress, const QString& vaultRoot) {
     ProcedureScope scope(app().errors, "QuillmerePad.exe-frmDocument-saveMergeDocument");
     progress.begin(QStringLiteral("Saving documents"), int(records.size()));
@@ -217,57 +232,99 @@ int MergeResultDocument::saveMergeDocument(ProgressReporter& progress, const QSt
     const InformationKind type = model.InformationType;
     LetterWriter writer;
     int failures = 0;
+    std::vector<StagedLetter> staged;
 
-    const bool appointmentsFromFilter = type == InformationKind::Appointments && mergesFromFilter();
-    for (MergedRecord& record : records) {
-        if (progress.cancelled()) {
-            stoppedByUser = true;
-            break;
+    auto fileStaged = [&] {
+        QString syncFailure;
+        for (const StagedLetter& letter : staged) {
+            if (!letter.temporary.isEmpty()) {
+                try {
+                    writer.syncFileSystem(fileControl::FolderName(letter.path));
+                } catch (const QmError& fault) {
+                    syncFailure = fault.description();
+                }
+                break;
+            }
         }
-        progress.step(
-            appointmentsFromFilter
-                ? QStringLiteral("Saving document for appointment: ") +
-                      MergeLookups::getAppointmentSubjectFromAppointmentID(record.appointmentID)
-                : QStringLiteral("Saving document for ") + record.name);
-        if (record.mergeFailed) {
-            ++failures;
+        for (StagedLetter& letter : staged) {
+            MergedRecord& record = *letter.record;
+            if (!letter.temporary.isEmpty()) {
+                try {
+                    if (!syncFailure.isEmpty()) {
+                        QFile::remove(letter.temporary);
+                        throw QmError(QmError::PathFileAccessError, syncFailure);
+                    }
+                    // A letter of this name from an earlier record or run is
+                    // another letter: it is kept in the history folder.
+                    if (!letter.ownEarlierSave && fileControl::FileExists(letter.path)) {
+                        record.replacedPath = writer.moveAside(letter.path, replacedFolderName());
+                    }
+                    writer.place(letter.temporary, letter.path);
+                    record.savedPath = letter.path;
+                } catch (const QmError& fault) {
+                    QFile::remove(letter.temporary);
+                    record.failure = fault.description();
+                }
+            }
+            if (!record.failure.isEmpty()) {
+                ++failures;
+            }
             if (onFiled) {
                 onFiled(record);
             }
-            continue;
         }
-        record.replacedPath.clear();
-        record.failure.clear();
-        try {
-            QString path = record.savedPath;
-            const bool ownEarlierSave =
-                !stringControl::isBlank(path) && fileControl::FileExists(path);
-            if (!ownEarlierSave) {
-                path = letterFolder(record, vaultRoot) +
-                       parseMergeFileName(templateCaption, model.fileSaveType,
-                                          DocumentModel::MergeResults, type);
+        staged.clear();
+    };
+
+    const bool appointmentsFromFilter = type == InformationKind::Appointments && mergesFromFilter();
+    try {
+        for (MergedRecord& record : records) {
+            if (progress.cancelled()) {
+                stoppedByUser = true;
+                break;
             }
-            if (!vaultRoot.isEmpty()) {
-                requireInsideVault(path, vaultRoot);
+            progress.step(
+                appointmentsFromFilter
+                    ? QStringLiteral("Saving document for appointment: ") +
+                          MergeLookups::getAppointmentSubjectFromAppointmentID(record.appointmentID)
+                    : QStringLiteral("Saving document for ") + record.name);
+            StagedLetter letter;
+            letter.record = &record;
+            if (!record.mergeFailed) {
+                record.replacedPath.clear();
+                record.failure.clear();
+                try {
+                    letter.path = record.savedPath;
+                    letter.ownEarlierSave = !stringControl::isBlank(letter.path) &&
+                                            fileControl::FileExists(letter.path);
+                    if (!letter.ownEarlierSave) {
+                        letter.path = letterFolder(record, vaultRoot) +
+                                      parseMergeFileName(templateCaption, model.fileSaveType,
+                                                         DocumentModel::MergeResults, type);
+                    }
+                    if (!vaultRoot.isEmpty()) {
+                        requireInsideVault(letter.path, vaultRoot);
+                    }
+                    const QByteArray bytes = letterBytes(scratch, record.rtf, saved,
+                                                         fileControl::FolderName(letter.path));
+                    letter.temporary = writer.writeTemporary(letter.path, bytes);
+                } catch (const QmError& fault) {
+                    record.failure = fault.description();
+                }
             }
-            const QByteArray bytes =
-                letterBytes(scratch, record.rtf, saved, fileControl::FolderName(path));
+            staged.push_back(std::move(letter));
+            if (staged.size() >= kLettersPerSync) {
+                fileStaged();
+            }
             doEventsIfInputPending();
-            // A letter of this name from an earlier record or run is another
-            // letter: it is kept in the history folder rather than lost.
-            if (!ownEarlierSave && fileControl::FileExists(path)) {
-                record.replacedPath = writer.moveAside(path, replacedFolderName());
-            }
-            writer.write(path, bytes);
-            record.savedPath = path;
-        } catch (const QmError& fault) {
-            record.failure = fault.description();
-            ++failures;
         }
-        if (onFiled) {
-            onFiled(record);
-        }
+    } catch (...) {
+        // A fault outside one record (the database went away) still files
+        // what was written before it.
+        fileStaged();
+        throw;
     }
+    fileStaged();
     progress.end();
     return failures;
 }
