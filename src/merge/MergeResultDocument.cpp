@@ -16,6 +16,7 @@
 
 #include <QFile>
 #include <QUuid>
+#include <optional>
 
 namespace {
 
@@ -187,19 +188,20 @@ bool MergeResultDocument::createMergeDocument(ProgressReporter& progress) {
     return true;
 }
 
-QString MergeResultDocument::letterFolder(const MergedRecord& record,
-                                          const QString& vaultRoot) const {
+QString MergeResultDocument::letterFolder(const MergedRecord& record, const QString& vaultRoot,
+                                          DocVaultIndex* index) const {
     QString folder;
     if (model.InformationType == InformationKind::Appointments) {
         const int client = MergeLookups::getClientDataIDFromCompanyID(
             MergeLookups::getCompanyIDFromAppointmentID(record.appointmentID));
-        folder = MergeLookups::validClientID(client) ? getBusinessClientDocFolder(client, vaultRoot)
-                                                     : getMiscAppointmentsFolder(vaultRoot);
+        folder = MergeLookups::validClientID(client)
+                     ? getBusinessClientDocFolder(client, vaultRoot, index)
+                     : getMiscAppointmentsFolder(vaultRoot);
     } else {
         const int client = MergeLookups::getClientDataIDFromCompanyID(record.companyID);
         folder = MergeLookups::validClientID(client)
-                     ? getBusinessClientDocFolder(client, vaultRoot)
-                     : getPersonalClientDocFolder(record.contactID, vaultRoot);
+                     ? getBusinessClientDocFolder(client, vaultRoot, index)
+                     : getPersonalClientDocFolder(record.contactID, vaultRoot, index);
     }
     if (folder.isEmpty()) {
         folder = vaultRoot.isEmpty() ? QString() : fileControl::AddBackslash(vaultRoot);
@@ -233,6 +235,8 @@ int MergeResultDocument::saveMergeDocument(ProgressReporter& progress, const QSt
     LetterWriter writer;
     int failures = 0;
     std::vector<StagedLetter> staged;
+    // Read when the first letter needs a folder, then kept for the walk.
+    std::optional<DocVaultIndex> index;
 
     auto fileStaged = [&] {
         QString syncFailure;
@@ -298,7 +302,10 @@ int MergeResultDocument::saveMergeDocument(ProgressReporter& progress, const QSt
                     letter.ownEarlierSave = !stringControl::isBlank(letter.path) &&
                                             fileControl::FileExists(letter.path);
                     if (!letter.ownEarlierSave) {
-                        letter.path = letterFolder(record, vaultRoot) +
+                        if (!index && app().database && app().database->isConnected()) {
+                            index.emplace(*app().database);
+                        }
+                        letter.path = letterFolder(record, vaultRoot, index ? &*index : nullptr) +
                                       parseMergeFileName(templateCaption, model.fileSaveType,
                                                          DocumentModel::MergeResults, type);
                     }

@@ -10,6 +10,7 @@
 #include <functional>
 #include <vector>
 
+class DocVaultIndex;
 class ProgressReporter;
 
 // One recipient of a merge: the name of column 0, the complete RTF of
@@ -117,7 +118,8 @@ public:
 
 private:
     // The client's vault folder for this record, made when missing.
-    QString letterFolder(const MergedRecord& record, const QString& vaultRoot) const;
+    QString letterFolder(const MergedRecord& record, const QString& vaultRoot,
+                         DocVaultIndex* index) const;
     void closeRemittRST();
     bool mergesFromFilter() const;
 

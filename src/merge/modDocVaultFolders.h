@@ -2,7 +2,32 @@
 
 #include "context/DocumentKinds.h"
 
+#include <QHash>
+#include <QSet>
 #include <QString>
+#include <optional>
+
+class databaseControl;
+
+// The rows of ClientDocumentStorage read once, for a walk that files many
+// letters: the table has no index, so a lookup per letter would scan it per
+// letter. The folder functions keep it up to date with the rows they write.
+class DocVaultIndex {
+public:
+    // Reads every row; database faults pass as QmError.
+    explicit DocVaultIndex(databaseControl& db);
+
+    // The stored folder of a client (keyColumn "ClientDataNum" or
+    // "ContactNum"); nullopt when the client has no row.
+    std::optional<QString> storedFolder(const QString& keyColumn, int id) const;
+    // Whether a row of another client holds this folder.
+    bool takenByAnother(const QString& keyColumn, int id, const QString& relative) const;
+    void remember(const QString& keyColumn, int id, const QString& relative);
+
+private:
+    QHash<QString, QString> m_folderByClient; // "ClientDataNum:12" -> folder
+    QHash<QString, QString> m_clientByFolder; // folder -> first client holding it
+};
 
 // The document vault: one folder per client below a root, remembered in
 // ClientDocumentStorage (paths relative to the root), and the names of
@@ -16,8 +41,11 @@
 // cleaned name, or "Name (2)", "Name (3)"... when another client's row
 // already holds that name.
 
-QString getBusinessClientDocFolder(int clientDataID, const QString& root = QString());
-QString getPersonalClientDocFolder(int contactID, const QString& root = QString());
+// With an index, the rows are read from it rather than the table.
+QString getBusinessClientDocFolder(int clientDataID, const QString& root = QString(),
+                                   DocVaultIndex* index = nullptr);
+QString getPersonalClientDocFolder(int contactID, const QString& root = QString(),
+                                   DocVaultIndex* index = nullptr);
 QString getMiscAppointmentsFolder(const QString& root = QString());
 
 // Raises QmError PathFileAccessError unless `path` lies strictly below
