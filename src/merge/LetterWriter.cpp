@@ -30,9 +30,12 @@ void LetterWriter::sweep(const QString& folder) {
     }
     m_sweptFolders.insert(folder);
     const QDir dir(folder);
-    const QStringList left = dir.entryList({kTemporaryPrefix + QLatin1Char('*') + kTemporarySuffix},
+    const QStringList left = dir.entryList({QLatin1Char('*') + kTemporarySuffix},
                                            QDir::Files | QDir::Hidden | QDir::System);
     for (const QString& name : left) {
+        if (!isTemporaryName(name)) {
+            continue;
+        }
         // A temporary that cannot be removed is harmless; the letters are not.
         QFile::remove(dir.filePath(name));
     }
