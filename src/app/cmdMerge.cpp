@@ -146,6 +146,11 @@ int runMergeCommand(const QStringList& args, CommandIO& io) {
                     io.out << "\tempty:\t" << record.emptyPlaceholders.join(QStringLiteral(", "))
                            << '\n';
                 }
+                if (report) {
+                    for (const QString& value : record.suspectValues) {
+                        io.out << "\tcheck value:\t" << value << '\n';
+                    }
+                }
                 if (report && !record.replacedPath.isEmpty()) {
                     io.out << "\treplaced:\t" << record.replacedPath << '\n';
                 }

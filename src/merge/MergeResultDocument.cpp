@@ -165,6 +165,7 @@ bool MergeResultDocument::createMergeDocument(ProgressReporter& progress) {
                 fields.parseRTBComment(templateText, company, contact, record.scheduleID, firmID,
                                        record.appointmentID, -1, -1, false, true, true);
             record.emptyPlaceholders = fields.emptyPlaceholders();
+            record.suspectValues = fields.suspectValues();
         } catch (const QmError& fault) {
             // One client's bad data must not cost the other letters.
             record.failure = fault.description();

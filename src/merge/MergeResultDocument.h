@@ -20,6 +20,9 @@ struct MergedRecord {
     QString name;
     QString rtf;
     QStringList emptyPlaceholders;
+    // Client values that may break the letter (RTF control characters or
+    // guillemets), as "Field Name: value", for the practice to correct.
+    QStringList suspectValues;
     QString savedPath;
     // Where an earlier letter of the same name was moved before this one
     // took its place; empty when nothing was replaced.

@@ -102,6 +102,9 @@ public:
     // Placeholders of the last parseRTBComment that were present but got an
     // empty value, in the order they were filled.
     const QStringList& emptyPlaceholders() const { return m_emptyPlaceholders; }
+    // Values of the last parseRTBComment that contain RTF control characters
+    // (\ { }) or guillemets, as "Field Name: value", in the order read.
+    const QStringList& suspectValues() const { return m_suspectValues; }
     // Off: every record goes through the step-by-step substitution.
     void setFastSubstitution(bool on) { m_fastSubstitution = on; }
 
@@ -186,6 +189,7 @@ private:
 
     QString m_lastTestMessage;
     QStringList m_emptyPlaceholders;
+    QStringList m_suspectValues;
     bool m_fastSubstitution = true;
     MergeSubstitution m_substitution;
 

@@ -5,6 +5,8 @@
 #include "platform/errorClass.h"
 #include "platform/text/stringControl.h"
 
+#include <algorithm>
+
 namespace {
 
 // getDataField and getDataDateField for one record.
@@ -12,14 +14,22 @@ class RecordValues : public PlaceholderValues {
 public:
     RecordValues(clsInsertFieldsInRTB& owner, int companyID, int contactID, int scheduleID,
                  int firmID, int appointmentID, int docketID, int taskID, bool useSamples,
-                 bool inRTF)
+                 bool inRTF, QStringList* suspects)
         : m_owner(owner), m_company(companyID), m_contact(contactID), m_schedule(scheduleID),
           m_firm(firmID), m_appointment(appointmentID), m_docket(docketID), m_task(taskID),
-          m_samples(useSamples), m_rtf(inRTF) {}
+          m_samples(useSamples), m_rtf(inRTF), m_suspects(suspects) {}
 
     QString dataField(const QString& name) override {
-        return m_owner.getDataField(name, m_company, m_contact, m_schedule, m_firm, m_appointment,
-                                    m_docket, m_task, m_samples, m_rtf);
+        QString value = m_owner.getDataField(name, m_company, m_contact, m_schedule, m_firm,
+                                             m_appointment, m_docket, m_task, m_samples, m_rtf);
+        // Values go into the RTF as they are; these characters can end or
+        // reformat the letter, so the practice is told of them.
+        static const QString breaking = QStringLiteral("\\{}\u00AB\u00BB");
+        if (m_suspects && std::any_of(value.cbegin(), value.cend(),
+                                      [](QChar c) { return breaking.contains(c); })) {
+            m_suspects->append(name + QStringLiteral(": ") + value);
+        }
+        return value;
     }
     QString dataDateField(const QString& name, const QString& format) override {
         return m_owner.getDataDateField(name, format, m_company, m_contact, m_schedule, m_firm,
@@ -30,6 +40,7 @@ private:
     clsInsertFieldsInRTB& m_owner;
     int m_company, m_contact, m_schedule, m_firm, m_appointment, m_docket, m_task;
     bool m_samples, m_rtf;
+    QStringList* m_suspects;
 };
 
 QString placeholder(const QString& body) {
@@ -44,6 +55,7 @@ QString clsInsertFieldsInRTB::parseRTBComment(const QString& text, int companyID
                                               bool contactNameForCompany) {
     ProcedureScope scope(app().errors, "QuillmerePad.exe-clsInsertFieldsInRTB-parseRTBComment");
     m_emptyPlaceholders.clear();
+    m_suspectValues.clear();
     const bool contactForCompany = contactNameForCompany && companyID < 1 && contactID >= 1;
 
     if (m_table.isEmpty()) {
@@ -69,7 +81,7 @@ QString clsInsertFieldsInRTB::parseRTBComment(const QString& text, int companyID
     }
 
     RecordValues values(*this, companyID, contactID, scheduleID, firmID, appointmentID, docketID,
-                        taskID, useSamples, inRTF);
+                        taskID, useSamples, inRTF, &m_suspectValues);
     if (inRTF && m_fastSubstitution) {
         // Reads fetch only the columns this template asks for.
         const QStringList names =

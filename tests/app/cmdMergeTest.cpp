@@ -93,7 +93,9 @@ TEST_F(MergeCommandsTest, MergeFilesEachRecipientAndPrintsWhereTo) {
                          "Beta {Braces} \\Back\t" +
                          root + "/Beta {Braces} _Back/" + file +
                          "\n\tempty:\tCity, Contact Display Name, (Year End Date, mmmm d "
-                         "yyyy), WSIB Number\n");
+                         "yyyy), WSIB Number\n"
+                         // The name would break the letter's RTF: the practice is told.
+                         "\tcheck value:\tCompany Name: Beta {Braces} \\Back\n");
     const QByteArray acme = *fileControl::readWholeFile(root + "/Acme Widgets/" + file);
     EXPECT_TRUE(acme.contains("Dear \\b Jo Smith\\b0 ,")) << acme.constData();
     EXPECT_TRUE(acme.contains("year end is March 31 2024")) << acme.constData();

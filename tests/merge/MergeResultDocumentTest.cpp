@@ -223,6 +223,16 @@ TEST_F(MergeRunTest, CancellingStopsBetweenRecordsAndKeepsWhatWasDone) {
     EXPECT_TRUE(result.records[1].savedPath.isEmpty());
 }
 
+TEST_F(MergeRunTest, ValuesThatBreakTheLetterWentUnnoticed) {
+    db->exec("UPDATE Contacts SET DisplayName = '\u00abJo\u00bb' WHERE ContactID = 100");
+    run(2, {{"20", ""}, {"10", "100"}, {"30", ""}});
+    ASSERT_EQ(result.records.size(), 3u);
+    EXPECT_EQ(result.records[0].suspectValues,
+              QStringList({QString::fromUtf8("Contact Display Name: \u00abJo\u00bb")}));
+    EXPECT_EQ(result.records[1].suspectValues, QStringList({"Company Name: Beta {Braces} \\Back"}));
+    EXPECT_TRUE(result.records[2].suspectValues.isEmpty());
+}
+
 // Task and appointment merges that walk a filter instead of IDList rows.
 class FilteredMergeTest : public MergeRunTest {
 protected:
