@@ -4,6 +4,7 @@
 #include "platform/fileControl.h"
 #include "support/TestEnvironment.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <gtest/gtest.h>
 
@@ -75,6 +76,27 @@ TEST_F(MergeCommandsTest, CheckReportsTheFirstFaultOrNone) {
     EXPECT_EQ(notRtf.err, "This is not a valid Quillmere Pad file.  Try opening this file as a "
                           "text file.\n");
     EXPECT_EQ(run(runCheckCommand, {}).status, 2);
+}
+
+TEST_F(MergeCommandsTest, CheckAllListsValuesThatWouldBreakALetterAndFilesNothing) {
+    const CommandRun flagged = run(runCheckCommand, {letter, "--database", database, "--all"});
+    EXPECT_EQ(flagged.status, 1) << flagged.err.toStdString();
+    EXPECT_EQ(flagged.out, "There are no merge errors in this document.\n"
+                           "Beta {Braces} \\Back\tcheck value:\tCompany Name: Beta {Braces} "
+                           "\\Back\n");
+    EXPECT_EQ(QDir(env.root()).entryList({"*.qmw"}, QDir::Files).size(), 0);
+
+    const QString clean = env.path("clean.qmd");
+    {
+        MergeTestDatabase db(clean);
+        db.fillStandardPractice();
+        db.exec("UPDATE Companies SET CompanyName = 'Beta' WHERE CompanyID = 20");
+    }
+    const CommandRun none = run(runCheckCommand, {letter, "--database", clean, "--all"});
+    EXPECT_EQ(none.status, 0) << none.err.toStdString();
+    EXPECT_EQ(none.out, "There are no merge errors in this document.\n");
+    // --all needs the database to read the clients from.
+    EXPECT_EQ(run(runCheckCommand, {letter, "--all"}).status, 2);
 }
 
 TEST_F(MergeCommandsTest, MergeFilesEachRecipientAndPrintsWhereTo) {
