@@ -12,8 +12,8 @@ int runVersionCommand(const QStringList& /*args*/, CommandIO& io) {
 const std::vector<CommandEntry>& headlessCommands() {
     static const std::vector<CommandEntry> table = {
         {"--version", "--version", runVersionCommand},
-        {"check", "check TEMPLATE [--database DB] [--province N]", runCheckCommand},
-        {"merge", "merge TEMPLATE --database DB --out ROOT [--type N] [--ids LIST | --all | --tasks CRITERIA | --appointments CRITERIA] [--today YYYY-MM-DD] [--province N] [--report]", runMergeCommand},
+        {"check", "check TEMPLATE [--database DB [--all]] [--province N]", runCheckCommand},
+        {"merge", "merge TEMPLATE --database DB --out ROOT [--type N] [--ids LIST | --all | --tasks CRITERIA | --appointments CRITERIA] [--today YYYY-MM-DD] [--province N] [--report] (exit status 3: some letters not filed)", runMergeCommand},
         {"text", "text FILE", runTextCommand},
         {"convert", "convert IN OUT", runConvertCommand},
         {"spell", "spell FILE [--tolerance N] [--folder DIR]", runSpellCommand},

@@ -1,13 +1,48 @@
 #include "app/Commands.h"
+#include "merge/MergeRun.h"
 #include "merge/MergeSession.h"
 #include "merge/MergeTemplate.h"
+#include "platform/ProgressReporter.h"
 
-// quillmere-pad check TEMPLATE [--database DB] [--province N]
+namespace {
+
+// Merges the template for every recipient in memory, files nothing, and
+// lists each client value that would break its letter. 1 when any does.
+int listBreakingValues(MergeSession& session, const MergeTemplate& opened, CommandIO& io) {
+    MergeRequest request;
+    request.model = opened.model;
+    request.templateCaption = opened.caption;
+    request.templateText = opened.rtf;
+    request.recipients = MergeRequest::Recipients::All;
+    MergeRun run(std::move(request));
+    NullProgress progress;
+    const MergeRun::Outcome outcome =
+        run.merge(session.fields(), *session.context().database, progress);
+    if (outcome == MergeRun::Outcome::Refused) {
+        io.err << run.problem() << '\n';
+        return 2;
+    }
+    int flagged = 0;
+    for (const MergedRecord& record : run.result().records) {
+        for (const QString& value : record.suspectValues) {
+            io.out << record.name << "\tcheck value:\t" << value << '\n';
+            ++flagged;
+        }
+    }
+    return flagged > 0 ? 1 : 0;
+}
+
+} // namespace
+
+// quillmere-pad check TEMPLATE [--database DB [--all]] [--province N]
+// With --all, every recipient is merged in memory and the client values
+// that would break a letter are listed; nothing is filed.
 int runCheckCommand(const QStringList& args, CommandIO& io) {
     const QStringList positional =
         positionalArguments(args, {QStringLiteral("--database"), QStringLiteral("--province")});
-    if (positional.size() != 1) {
-        io.err << "Usage: quillmere-pad check TEMPLATE [--database DB] [--province N]\n";
+    const bool all = hasFlag(args, QStringLiteral("--all"));
+    if (positional.size() != 1 || (all && !optionValue(args, QStringLiteral("--database")))) {
+        io.err << "Usage: quillmere-pad check TEMPLATE [--database DB [--all]] [--province N]\n";
         return 2;
     }
     MergeSession session([&io](const QString& text) { io.out << text << '\n'; });
@@ -49,5 +84,13 @@ int runCheckCommand(const QStringList& args, CommandIO& io) {
         return 1;
     }
     io.out << "There are no merge errors in this document.\n";
+    if (all) {
+        try {
+            return listBreakingValues(session, opened, io);
+        } catch (const QmError& fault) {
+            io.err << fault.description() << '\n';
+            return 2;
+        }
+    }
     return 0;
 }

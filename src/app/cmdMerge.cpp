@@ -1,13 +1,17 @@
 #include "app/Commands.h"
 #include "merge/MergeLookups.h"
+#include "merge/MergeRun.h"
 #include "merge/MergeSession.h"
 #include "merge/MergeTemplate.h"
-#include "merge/modMergeControl.h"
 #include "platform/ProgressReporter.h"
 
 #include <QDate>
 
 namespace {
+
+// Exit status of a run that filed some letters but not all; each one that
+// failed is named on standard error.
+constexpr int kSomeLettersNotFiled = 3;
 
 int parseID(const QString& text) {
     bool ok = false;
@@ -15,59 +19,12 @@ int parseID(const QString& text) {
     return ok ? id : -1;
 }
 
-// Every visible active client (kinds 1, 2), every contact linked to one
-// (kind 3), every schedule (4) or appointment (5).
-void addAllRecipients(InformationKind type, FieldTable& ids) {
-    databaseControl* db = app().database;
-    auto walk = [db](const QString& sql, const std::function<void(int)>& each) {
-        const int rs = db->openRecordset(sql);
-        while (db->hasRecords(rs) && !db->isEOF(rs)) {
-            each(rs);
-            db->moveNext(rs);
-        }
-        db->closeRecordset(rs);
-    };
-    if (isSearchKind(type)) {
-        const QString sql = type == InformationKind::Tasks
-                                ? QStringLiteral("SELECT Schedule.ScheduleID FROM Schedule "
-                                                 "ORDER BY Schedule.ScheduleID;")
-                                : QStringLiteral("SELECT Appointments.AppointmentID FROM "
-                                                 "Appointments ORDER BY "
-                                                 "Appointments.AppointmentID;");
-        walk(sql, [&](int rs) {
-            ids.addRow(ids.rowCount() + 1, {db->getField(rs, type == InformationKind::Tasks
-                                                                 ? QStringLiteral("ScheduleID")
-                                                                 : QStringLiteral("AppointmentID"))
-                                                .toString(),
-                                            QString()});
-        });
-        return;
-    }
-    std::vector<int> companies;
-    walk(MergeLookups::getMainBusinessSQLString(true, 0), [&](int rs) {
-        companies.push_back(db->getField(rs, QStringLiteral("Companies.CompanyID")).toInt());
-    });
-    for (int company : companies) {
-        if (type != InformationKind::Contacts) {
-            ids.addRow(ids.rowCount() + 1, {QString::number(company), QString()});
-            continue;
-        }
-        walk(QStringLiteral("SELECT ContactLinks.ContactIDNum, ContactLinks.CompanyNum FROM "
-                            "ContactLinks WHERE ContactLinks.CompanyNum = ") +
-                 QString::number(company) + QLatin1Char(';'),
-             [&](int rs) {
-                 ids.addRow(ids.rowCount() + 1,
-                            {QString::number(company),
-                             db->getField(rs, QStringLiteral("ContactIDNum")).toString()});
-             });
-    }
-}
-
 } // namespace
 
 // quillmere-pad merge TEMPLATE --database DB --out ROOT [--type N]
 //     [--ids LIST | --all | --tasks CRITERIA | --appointments CRITERIA]
 //     [--today YYYY-MM-DD] [--province N] [--report]
+// Exits 3 when some letters could not be merged or filed.
 // CRITERIA sets fields of the task or appointment search by name:
 // "taskName=GST;searchByTaskName=1;dateMatch=4".
 int runMergeCommand(const QStringList& args, CommandIO& io) {
@@ -89,21 +46,25 @@ int runMergeCommand(const QStringList& args, CommandIO& io) {
         return 2;
     }
     MergeSession session([&io](const QString& text) { io.err << text << '\n'; });
+    MergeRequest request;
+    request.vaultRoot = *root;
     if (const auto today = optionValue(args, QStringLiteral("--today"))) {
-        const QDate date = QDate::fromString(*today, Qt::ISODate);
-        if (!date.isValid()) {
+        request.today = QDate::fromString(*today, Qt::ISODate);
+        if (!request.today.isValid()) {
             io.err << "--today takes a date as YYYY-MM-DD\n";
             return 2;
         }
-        session.context().clock.setFixed(QDateTime(date, QTime(12, 0)));
+        session.context().clock.setFixed(QDateTime(request.today, QTime(12, 0)));
     }
     if (const auto province = optionValue(args, QStringLiteral("--province"))) {
         bool ok = false;
-        session.context().currentProvince = province->toShort(&ok);
+        request.province = province->toShort(&ok);
         if (!ok) {
             io.err << "--province takes a number\n";
             return 2;
         }
+        // Opening the template rewrites regional placeholders already.
+        session.context().currentProvince = *request.province;
     }
     if (!session.openDatabase(*database)) {
         io.err << "The Quillmere Pad was not able to access the companies database and needs to "
@@ -111,12 +72,11 @@ int runMergeCommand(const QStringList& args, CommandIO& io) {
         return 2;
     }
 
-    MergeResultDocument result;
     try {
         MergeTemplate opened = openMergeTemplate(positional.first());
-        result.model = opened.model;
-        result.templateCaption = opened.caption;
-        result.templateText = opened.rtf;
+        request.model = opened.model;
+        request.templateCaption = opened.caption;
+        request.templateText = opened.rtf;
     } catch (const QmError& fault) {
         io.err << (fault.number() == QmError::InvalidFileFormat ? invalidDocumentMessage()
                                                                 : fault.description())
@@ -125,7 +85,7 @@ int runMergeCommand(const QStringList& args, CommandIO& io) {
     }
     if (const auto type = optionValue(args, QStringLiteral("--type"))) {
         bool ok = false;
-        result.model.InformationType = informationKindFromInt(type->toInt(&ok));
+        request.model.InformationType = informationKindFromInt(type->toInt(&ok));
         if (!ok) {
             io.err << "--type takes a number\n";
             return 2;
@@ -134,63 +94,74 @@ int runMergeCommand(const QStringList& args, CommandIO& io) {
     if (tasks || appointments) {
         // A filter says what kind of merge it is.
         const InformationKind kind = tasks ? InformationKind::Tasks : InformationKind::Appointments;
-        if (optionValue(args, QStringLiteral("--type")) && result.model.InformationType != kind) {
+        if (optionValue(args, QStringLiteral("--type")) && request.model.InformationType != kind) {
             io.err << (tasks ? "--tasks" : "--appointments") << " merges information type "
                    << toInt(kind) << " only\n";
             return 2;
         }
-        result.model.InformationType = kind;
-        const QString error = tasks ? result.taskSearch.setCriteria(*tasks)
-                                    : result.appointmentSearch.setCriteria(*appointments);
-        if (!error.isEmpty()) {
-            io.err << error << '\n';
-            return 2;
+        request.model.InformationType = kind;
+        request.recipients = tasks ? MergeRequest::Recipients::TaskCriteria
+                                   : MergeRequest::Recipients::AppointmentCriteria;
+        request.criteria = tasks ? *tasks : *appointments;
+    } else if (all) {
+        request.recipients = MergeRequest::Recipients::All;
+    } else {
+        const bool withContacts = isClientKind(request.model.InformationType);
+        for (const QString& item : idText->split(QLatin1Char(','), Qt::SkipEmptyParts)) {
+            const QStringList parts = item.split(QLatin1Char(':'));
+            const int first = parseID(parts.value(0));
+            const int second = parts.size() > 1 ? parseID(parts.value(1)) : -1;
+            request.IDList.addRow(
+                request.IDList.rowCount() + 1,
+                {QString::number(first), withContacts ? QString::number(second) : QString()});
         }
-    }
-    const InformationKind type = result.model.InformationType;
-    if (!isMergeableKind(type)) {
-        io.err << "Templates of information type " << toInt(type) << " cannot be merged here.\n";
-        return 2;
     }
 
+    MergeRun run(std::move(request));
+    databaseControl& db = *session.context().database;
     try {
-        if (tasks) {
-            result.taskSearch.generateSQLFilter();
-            result.SQLFilter = result.taskSearch.SQLFilter;
-            result.connectToRemittRST();
-        } else if (appointments) {
-            // The appointment criteria stand in the SELECT itself, so the
-            // record-set filter is left blank.
-            result.connectToRemittRST();
-        } else if (all) {
-            addAllRecipients(type, result.IDList);
-        } else {
-            for (const QString& item : idText->split(QLatin1Char(','), Qt::SkipEmptyParts)) {
-                const QStringList parts = item.split(QLatin1Char(':'));
-                const int first = parseID(parts.value(0));
-                const int second = parts.size() > 1 ? parseID(parts.value(1)) : -1;
-                result.IDList.addRow(result.IDList.rowCount() + 1,
-                                     {QString::number(first),
-                                      isClientKind(type) ? QString::number(second) : QString()});
-            }
-        }
-        session.fields().createDefaultFieldListStructure(type, true, true);
         NullProgress progress;
-        if (!result.createMergeDocument(progress)) {
+        switch (run.merge(session.fields(), db, progress)) {
+        case MergeRun::Outcome::Refused:
+            io.err << run.problem() << '\n';
+            return 2;
+        case MergeRun::Outcome::NothingToMerge:
             // The reason has gone to the message sink.
             return 1;
+        case MergeRun::Outcome::Merged:
+            break;
         }
-        result.saveMergeDocument(progress, *root);
+        // Each letter is listed as soon as it is filed, so that the list of
+        // a run killed half-way names every letter that exists.
+        const bool report = hasFlag(args, QStringLiteral("--report"));
+        const int failures =
+            run.file(session.fields(), db, progress, [&io, report](const MergedRecord& record) {
+                if (!record.failure.isEmpty()) {
+                    io.err << record.name << "\tnot filed:\t" << record.failure << '\n';
+                    io.err.flush();
+                    return;
+                }
+                io.out << record.name << '\t' << record.savedPath << '\n';
+                if (report && !record.emptyPlaceholders.isEmpty()) {
+                    io.out << "\tempty:\t" << record.emptyPlaceholders.join(QStringLiteral(", "))
+                           << '\n';
+                }
+                if (report) {
+                    for (const QString& value : record.suspectValues) {
+                        io.out << "\tcheck value:\t" << value << '\n';
+                    }
+                }
+                if (report && !record.replacedPath.isEmpty()) {
+                    io.out << "\treplaced:\t" << record.replacedPath << '\n';
+                }
+                io.out.flush();
+            });
+        if (failures > 0) {
+            return kSomeLettersNotFiled;
+        }
     } catch (const QmError& fault) {
         io.err << fault.description() << '\n';
         return 2;
-    }
-    const bool report = hasFlag(args, QStringLiteral("--report"));
-    for (const MergedRecord& record : result.records) {
-        io.out << record.name << '\t' << record.savedPath << '\n';
-        if (report && !record.emptyPlaceholders.isEmpty()) {
-            io.out << "\tempty:\t" << record.emptyPlaceholders.join(QStringLiteral(", ")) << '\n';
-        }
     }
     return 0;
 }

@@ -212,19 +212,21 @@ void saveContactBusinessRTFForAllCompanies(int contactID, int companyID, const Q
                        "ContactLinks.ContactIDNum = ") +
             QString::number(contactID) + u';',
         true);
-    ScopedRecordset notes(
-        *db,
-        QStringLiteral("SELECT CompaniesNotes.CompanyNum, CompaniesNotes.ContactNotes FROM "
-                       "CompaniesNotes;"),
-        true);
     for (; !links.isEOF(); links.moveNext()) {
         const QVariant company = links.field(QStringLiteral("CompanyNum"));
         if (stringControl::isBlank(company) || !validCompanyID(QString::number(toID(company))) ||
             !links.field(QStringLiteral("DefaultContact")).toBool())
             continue;
         const int linkedCompany = toID(company);
-        if (!db->findRows(notes.handle(), QStringLiteral("CompanyNum"),
-                          QString::number(linkedCompany)))
+        // The company's own notes row, by its key: a repair of every company
+        // of a practice must not read the whole table each time.
+        ScopedRecordset notes(
+            *db,
+            QStringLiteral("SELECT CompaniesNotes.CompanyNum, CompaniesNotes.ContactNotes FROM "
+                           "CompaniesNotes WHERE CompaniesNotes.CompanyNum = ") +
+                QString::number(linkedCompany) + u';',
+            true);
+        if (!notes.hasRecords())
             continue;
         // Each company's card states its own "Default Contact" line.
         const QString companyCard =

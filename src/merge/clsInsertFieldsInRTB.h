@@ -124,6 +124,9 @@ public:
     // none of the tables they are read from, as "Field (column Name)"; they
     // were filled with nothing.
     const QStringList& missingColumns() const { return m_reader.missingColumns(); }
+    // Values of the last parseRTBComment that contain RTF control characters
+    // (\ { }) or guillemets, as "Field Name: value", in the order read.
+    const QStringList& suspectValues() const { return m_suspectValues; }
     // Off: every record goes through the step-by-step substitution.
     void setFastSubstitution(bool on) { m_fastSubstitution = on; }
 
@@ -169,6 +172,7 @@ private:
 
     QString m_lastTestMessage;
     QStringList m_emptyPlaceholders;
+    QStringList m_suspectValues;
     bool m_fastSubstitution = true;
 
     QStringList m_chosenNames;

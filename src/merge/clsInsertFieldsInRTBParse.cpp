@@ -5,6 +5,8 @@
 #include "platform/errorClass.h"
 #include "platform/text/stringControl.h"
 
+#include <algorithm>
+
 namespace {
 
 // The values of one record, read with the columns chosen for the template
@@ -12,11 +14,20 @@ namespace {
 class RecordValues : public PlaceholderValues {
 public:
     RecordValues(MergeRecordReader& reader, const MergeRecordIDs& ids, bool useSamples, bool inRTF,
-                 const MergeRecordReader::ColumnChoice* columns)
-        : m_reader(reader), m_ids(ids), m_samples(useSamples), m_rtf(inRTF), m_columns(columns) {}
+                 const MergeRecordReader::ColumnChoice* columns, QStringList* suspects)
+        : m_reader(reader), m_ids(ids), m_samples(useSamples), m_rtf(inRTF), m_columns(columns),
+          m_suspects(suspects) {}
 
     QString dataField(const QString& name) override {
-        return m_reader.getDataField(name, m_ids, m_samples, m_rtf, m_columns);
+        QString value = m_reader.getDataField(name, m_ids, m_samples, m_rtf, m_columns);
+        // Values go into the RTF as they are; these characters can end or
+        // reformat the letter, so the practice is told of them.
+        static const QString breaking = QStringLiteral("\\{}\u00AB\u00BB");
+        if (m_suspects && std::any_of(value.cbegin(), value.cend(),
+                                      [](QChar c) { return breaking.contains(c); })) {
+            m_suspects->append(name + QStringLiteral(": ") + value);
+        }
+        return value;
     }
     QString dataDateField(const QString& name, const QString& format) override {
         return m_reader.getDataDateField(name, format, m_ids, m_samples, m_rtf, m_columns);
@@ -28,6 +39,7 @@ private:
     bool m_samples;
     bool m_rtf;
     const MergeRecordReader::ColumnChoice* m_columns;
+    QStringList* m_suspects;
 };
 
 QString placeholder(const QString& body) {
@@ -43,6 +55,7 @@ QString clsInsertFieldsInRTB::parseRTBComment(const QString& text, int companyID
     ProcedureScope scope(app().errors, "QuillmerePad.exe-clsInsertFieldsInRTB-parseRTBComment");
     m_emptyPlaceholders.clear();
     m_reader.clearMissingColumns();
+    m_suspectValues.clear();
     const bool contactForCompany = contactNameForCompany && companyID < 1 && contactID >= 1;
 
     if (fieldTable().isEmpty()) {
@@ -73,13 +86,13 @@ QString clsInsertFieldsInRTB::parseRTBComment(const QString& text, int companyID
         // Reads fetch only the columns this template asks for.
         const QStringList names =
             m_substitution.lookedUpNames(text, fieldTable(), tableGeneration(), contactForCompany);
-        RecordValues values(m_reader, ids, useSamples, inRTF, &columnsFor(names));
+        RecordValues values(m_reader, ids, useSamples, inRTF, &columnsFor(names), &m_suspectValues);
         QString result;
         m_substitution.substitute(text, fieldTable(), tableGeneration(), contactForCompany, values,
                                   result, &m_emptyPlaceholders);
         return result;
     }
-    RecordValues values(m_reader, ids, useSamples, inRTF, nullptr);
+    RecordValues values(m_reader, ids, useSamples, inRTF, nullptr, &m_suspectValues);
     return literalParse(text, inRTF, contactForCompany, values);
 }
 

@@ -27,55 +27,125 @@ void makeFolder(const QString& folder) {
     }
 }
 
+QString clientKey(const QString& keyColumn, int id) {
+    return keyColumn + QLatin1Char(':') + QString::number(id);
+}
+
 // Steps shared by the business and personal folders: the stored folder while
 // it exists, otherwise a folder of the current name, stored for next time.
 QString clientFolder(const QString& keyColumn, int id, const QString& subfolder,
-                     const QString& clientName, const QString& root) {
+                     const QString& clientName, const QString& root, DocVaultIndex* index) {
     databaseControl* db = app().database;
     if (!db || !db->isConnected()) {
         return QString();
     }
     const QString base = vaultRoot(root);
-    // The client's own row, read by its key rather than the whole table.
+    std::optional<DocVaultIndex> ownIndex;
+    if (!index) {
+        index = &ownIndex.emplace(*db);
+    }
+    const std::optional<QString> stored = index->storedFolder(keyColumn, id);
+    if (stored && !stringControl::isBlank(*stored)) {
+        const QString candidate = fileControl::AddBackslash(base + *stored);
+        requireInsideVault(candidate, base);
+        if (fileControl::FolderExists(candidate)) {
+            return candidate;
+        }
+    }
+    QString relative = subfolder + cleanFolderName(clientName);
+    const QString name = relative;
+    for (int n = 2; index->takenByAnother(keyColumn, id, relative); ++n) {
+        relative = name + QStringLiteral(" (") + QString::number(n) + QLatin1Char(')');
+    }
+    const QString result = fileControl::AddBackslash(base + relative);
+    requireInsideVault(result, base);
+    makeFolder(result);
+    // The client's own row, opened by its key for the write.
     const int rs = db->openRecordset(
         QStringLiteral("SELECT ClientDocumentStorage.* FROM ClientDocumentStorage WHERE "
                        "ClientDocumentStorage.") +
             keyColumn + QStringLiteral(" = ") + QString::number(id) + QLatin1Char(';'),
         databaseControl::KeysetCursor, databaseControl::OptimisticLock);
-    QString result;
     try {
-        const bool found = db->hasRecords(rs);
-        if (found) {
-            const QVariant stored = db->getField(rs, QStringLiteral("FolderPath"));
-            if (!stringControl::isBlank(stored)) {
-                const QString candidate = fileControl::AddBackslash(base + stored.toString());
-                if (fileControl::FolderExists(candidate)) {
-                    result = candidate;
-                }
-            }
-        }
-        if (result.isEmpty()) {
-            const QString relative = subfolder + cleanFolderName(clientName);
-            result = fileControl::AddBackslash(base + relative);
-            makeFolder(result);
-            if (found) {
-                db->updateFieldNow(rs, QStringLiteral("FolderPath"), relative);
-            } else {
-                db->addNew(rs);
-                db->setField(rs, keyColumn, id);
-                db->setField(rs, QStringLiteral("FolderPath"), relative);
-                db->saveRecord(rs);
-            }
+        if (db->hasRecords(rs)) {
+            db->updateFieldNow(rs, QStringLiteral("FolderPath"), relative);
+        } else {
+            db->addNew(rs);
+            db->setField(rs, keyColumn, id);
+            db->setField(rs, QStringLiteral("FolderPath"), relative);
+            db->saveRecord(rs);
         }
     } catch (...) {
         db->closeRecordset(rs);
         throw;
     }
     db->closeRecordset(rs);
+    index->remember(keyColumn, id, relative);
     return result;
 }
 
 } // namespace
+
+DocVaultIndex::DocVaultIndex(databaseControl& db) {
+    const int rs = db.openRecordset(QStringLiteral(
+        "SELECT ClientDocumentStorage.ClientDataNum, ClientDocumentStorage.ContactNum, "
+        "ClientDocumentStorage.FolderPath FROM ClientDocumentStorage ORDER BY "
+        "ClientDocumentStorage.ClientDocumentStorageID;"));
+    try {
+        while (db.hasRecords(rs) && !db.isEOF(rs)) {
+            const QString folder = db.getField(rs, QStringLiteral("FolderPath")).toString();
+            for (const QString& column :
+                 {QStringLiteral("ClientDataNum"), QStringLiteral("ContactNum")}) {
+                const QVariant id = db.getField(rs, column);
+                if (!stringControl::isBlank(id)) {
+                    const QString key = clientKey(column, id.toInt());
+                    // The first row of a client is the one its lookups find.
+                    if (!m_folderByClient.contains(key)) {
+                        m_folderByClient.insert(key, folder);
+                    }
+                    if (!m_clientByFolder.contains(folder)) {
+                        m_clientByFolder.insert(folder, key);
+                    }
+                }
+            }
+            db.moveNext(rs);
+        }
+    } catch (...) {
+        db.closeRecordset(rs);
+        throw;
+    }
+    db.closeRecordset(rs);
+}
+
+std::optional<QString> DocVaultIndex::storedFolder(const QString& keyColumn, int id) const {
+    const auto found = m_folderByClient.constFind(clientKey(keyColumn, id));
+    if (found == m_folderByClient.constEnd()) {
+        return std::nullopt;
+    }
+    return *found;
+}
+
+bool DocVaultIndex::takenByAnother(const QString& keyColumn, int id,
+                                   const QString& relative) const {
+    const QString own = clientKey(keyColumn, id);
+    const auto holder = m_clientByFolder.constFind(relative);
+    return holder != m_clientByFolder.constEnd() && *holder != own;
+}
+
+void DocVaultIndex::remember(const QString& keyColumn, int id, const QString& relative) {
+    const QString key = clientKey(keyColumn, id);
+    m_folderByClient.insert(key, relative);
+    m_clientByFolder.insert(relative, key);
+}
+
+void requireInsideVault(const QString& path, const QString& root) {
+    const QString base = QDir::cleanPath(root);
+    const QString clean = QDir::cleanPath(path);
+    if (base.isEmpty() || clean == base || !fileControl::isBelowFolder(clean, base)) {
+        throw QmError(QmError::PathFileAccessError,
+                      QStringLiteral("The folder lies outside the document vault: ") + path);
+    }
+}
 
 QString cleanFolderName(const QString& name) {
     static const QString forbidden = QStringLiteral("\\/:*?\"<>|");
@@ -93,19 +163,19 @@ QString cleanFolderName(const QString& name) {
     return out.isEmpty() ? QStringLiteral("_") : out;
 }
 
-QString getBusinessClientDocFolder(int clientDataID, const QString& root) {
+QString getBusinessClientDocFolder(int clientDataID, const QString& root, DocVaultIndex* index) {
     ProcedureScope scope(app().errors,
                          "QuillmerePad.exe-modDocVaultFolders-getBusinessClientDocFolder");
     return clientFolder(QStringLiteral("ClientDataNum"), clientDataID, QString(),
-                        MergeLookups::getCompanyNameFromClientDataID(clientDataID), root);
+                        MergeLookups::getCompanyNameFromClientDataID(clientDataID), root, index);
 }
 
-QString getPersonalClientDocFolder(int contactID, const QString& root) {
+QString getPersonalClientDocFolder(int contactID, const QString& root, DocVaultIndex* index) {
     ProcedureScope scope(app().errors,
                          "QuillmerePad.exe-modDocVaultFolders-getPersonalClientDocFolder");
     return clientFolder(QStringLiteral("ContactNum"), contactID,
                         QStringLiteral("Personal Tax Clients/"),
-                        MergeLookups::getDisplayNameFromContactID(contactID), root);
+                        MergeLookups::getDisplayNameFromContactID(contactID), root, index);
 }
 
 QString getMiscAppointmentsFolder(const QString& root) {

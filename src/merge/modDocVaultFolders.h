@@ -2,7 +2,32 @@
 
 #include "context/DocumentKinds.h"
 
+#include <QHash>
+#include <QSet>
 #include <QString>
+#include <optional>
+
+class databaseControl;
+
+// The rows of ClientDocumentStorage read once, for a walk that files many
+// letters: the table has no index, so a lookup per letter would scan it per
+// letter. The folder functions keep it up to date with the rows they write.
+class DocVaultIndex {
+public:
+    // Reads every row; database faults pass as QmError.
+    explicit DocVaultIndex(databaseControl& db);
+
+    // The stored folder of a client (keyColumn "ClientDataNum" or
+    // "ContactNum"); nullopt when the client has no row.
+    std::optional<QString> storedFolder(const QString& keyColumn, int id) const;
+    // Whether a row of another client holds this folder.
+    bool takenByAnother(const QString& keyColumn, int id, const QString& relative) const;
+    void remember(const QString& keyColumn, int id, const QString& relative);
+
+private:
+    QHash<QString, QString> m_folderByClient; // "ClientDataNum:12" -> folder
+    QHash<QString, QString> m_clientByFolder; // folder -> first client holding it
+};
 
 // The document vault: one folder per client below a root, remembered in
 // ClientDocumentStorage (paths relative to the root), and the names of
@@ -10,11 +35,22 @@
 // the working folders' vault root (app().workingFolders).
 //
 // Without a database connection the folder functions return an empty
-// string. A folder that cannot be made raises QmError PathNotFound.
+// string. A folder that cannot be made raises QmError PathNotFound. A
+// stored folder that resolves outside the root raises QmError
+// PathFileAccessError and nothing is written. A new folder takes the client's
+// cleaned name, or "Name (2)", "Name (3)"... when another client's row
+// already holds that name.
 
-QString getBusinessClientDocFolder(int clientDataID, const QString& root = QString());
-QString getPersonalClientDocFolder(int contactID, const QString& root = QString());
+// With an index, the rows are read from it rather than the table.
+QString getBusinessClientDocFolder(int clientDataID, const QString& root = QString(),
+                                   DocVaultIndex* index = nullptr);
+QString getPersonalClientDocFolder(int contactID, const QString& root = QString(),
+                                   DocVaultIndex* index = nullptr);
 QString getMiscAppointmentsFolder(const QString& root = QString());
+
+// Raises QmError PathFileAccessError unless `path` lies strictly below
+// `root` once "." and ".." are resolved.
+void requireInsideVault(const QString& path, const QString& root);
 
 // "mmm d yyyy - " + the template's name without its "Merge Template" or
 // "Merge Results" prefixes, with the extension of the document kind.

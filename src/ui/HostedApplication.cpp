@@ -4,7 +4,7 @@
 #include "app/modMain.h"
 #include "context/AppContext.h"
 #include "documents/modDocument.h"
-#include "merge/modMergeControl.h"
+#include "merge/MergeResultDocument.h"
 #include "platform/errorClass.h"
 #include "platform/fileControl.h"
 #include "platform/richtext/RichTextBox.h"

@@ -1,9 +1,10 @@
-#include "context/AppContext.h"
 #include "app/Commands.h"
+#include "context/AppContext.h"
 #include "merge/MergeTestDatabase.h"
 #include "platform/fileControl.h"
 #include "support/TestEnvironment.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <gtest/gtest.h>
 
@@ -77,6 +78,27 @@ TEST_F(MergeCommandsTest, CheckReportsTheFirstFaultOrNone) {
     EXPECT_EQ(run(runCheckCommand, {}).status, 2);
 }
 
+TEST_F(MergeCommandsTest, CheckAllListsValuesThatWouldBreakALetterAndFilesNothing) {
+    const CommandRun flagged = run(runCheckCommand, {letter, "--database", database, "--all"});
+    EXPECT_EQ(flagged.status, 1) << flagged.err.toStdString();
+    EXPECT_EQ(flagged.out, "There are no merge errors in this document.\n"
+                           "Beta {Braces} \\Back\tcheck value:\tCompany Name: Beta {Braces} "
+                           "\\Back\n");
+    EXPECT_EQ(QDir(env.root()).entryList({"*.qmw"}, QDir::Files).size(), 0);
+
+    const QString clean = env.path("clean.qmd");
+    {
+        MergeTestDatabase db(clean);
+        db.fillStandardPractice();
+        db.exec("UPDATE Companies SET CompanyName = 'Beta' WHERE CompanyID = 20");
+    }
+    const CommandRun none = run(runCheckCommand, {letter, "--database", clean, "--all"});
+    EXPECT_EQ(none.status, 0) << none.err.toStdString();
+    EXPECT_EQ(none.out, "There are no merge errors in this document.\n");
+    // --all needs the database to read the clients from.
+    EXPECT_EQ(run(runCheckCommand, {letter, "--all"}).status, 2);
+}
+
 TEST_F(MergeCommandsTest, MergeFilesEachRecipientAndPrintsWhereTo) {
     const QString root = env.root() + "/vault";
     const CommandRun r =
@@ -93,7 +115,9 @@ TEST_F(MergeCommandsTest, MergeFilesEachRecipientAndPrintsWhereTo) {
                          "Beta {Braces} \\Back\t" +
                          root + "/Beta {Braces} _Back/" + file +
                          "\n\tempty:\tCity, Contact Display Name, (Year End Date, mmmm d "
-                         "yyyy), WSIB Number\n");
+                         "yyyy), WSIB Number\n"
+                         // The name would break the letter's RTF: the practice is told.
+                         "\tcheck value:\tCompany Name: Beta {Braces} \\Back\n");
     const QByteArray acme = *fileControl::readWholeFile(root + "/Acme Widgets/" + file);
     EXPECT_TRUE(acme.contains("Dear \\b Jo Smith\\b0 ,")) << acme.constData();
     EXPECT_TRUE(acme.contains("year end is March 31 2024")) << acme.constData();
@@ -124,6 +148,31 @@ TEST_F(MergeCommandsTest, MergeRefusesBadUsage) {
         EXPECT_FALSE(r.err.isEmpty());
         EXPECT_TRUE(r.out.isEmpty());
     }
+}
+
+TEST_F(MergeCommandsTest, AMergeWithFailedLettersExitedZero) {
+    const QString root = env.root() + "/vault";
+    database = env.path("escaping.qmd");
+    {
+        MergeTestDatabase db(database);
+        db.fillStandardPractice();
+        db.exec("INSERT INTO ClientDocumentStorage (ClientDataNum, FolderPath) VALUES (1010, "
+                "'../elsewhere')");
+    }
+    const QString file = "Mar 5 2024 - Year End Letter.qmw";
+    const CommandRun r =
+        run(runMergeCommand, {letter, "--database", database, "--out", root, "--ids",
+                              "10:100,30:,30:", "--today", "2024-03-05", "--report"});
+    EXPECT_EQ(r.status, 3);
+    EXPECT_TRUE(r.err.startsWith("Acme Widgets\tnot filed:\t")) << r.err.toStdString();
+    EXPECT_TRUE(r.err.contains("outside the document vault")) << r.err.toStdString();
+    // Both letters of the other client are listed; the second replaced the
+    // first, which is kept and named.
+    EXPECT_EQ(r.out.count("Gamma Ltd\t" + root + "/Gamma Ltd/" + file + "\n"), 2)
+        << r.out.toStdString();
+    EXPECT_TRUE(r.out.endsWith("\treplaced:\t" + root + "/Gamma Ltd/Replaced/" + file + "\n"))
+        << r.out.toStdString();
+    EXPECT_FALSE(QFileInfo::exists(env.root() + "/elsewhere"));
 }
 
 // Task and appointment merges chosen by search criteria on the command line.

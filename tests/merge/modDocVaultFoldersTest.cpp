@@ -2,10 +2,12 @@
 
 #include "context/AppContext.h"
 #include "merge/MergeTestDatabase.h"
+#include "platform/errorClass.h"
 #include "platform/fileControl.h"
 #include "support/TestEnvironment.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <gtest/gtest.h>
 
 namespace {
@@ -75,6 +77,56 @@ TEST(modDocVaultFoldersTest, ClientFoldersAreMadeRememberedAndRemade) {
     EXPECT_EQ(getPersonalClientDocFolder(102, root), root + "/Personal Tax Clients/Solo Person/");
     EXPECT_EQ(getMiscAppointmentsFolder(root), root + "/Quillmere Merge Appointment Documents");
     EXPECT_TRUE(fileControl::FolderExists(root + "/Quillmere Merge Appointment Documents"));
+}
+
+TEST(modDocVaultFoldersTest, ClientsWithEqualCleanedNamesSharedOneFolder) {
+    TestEnvironment env;
+    ScopedAppContext context;
+    MergeTestDatabase db(env.path("client.qmd"));
+    db.fillStandardPractice();
+    db.exec("UPDATE Companies SET CompanyName = 'Acme/Widgets' WHERE CompanyID = 20");
+    db.exec("UPDATE Companies SET CompanyName = 'Acme:Widgets' WHERE CompanyID = 30");
+    const QString root = env.root() + "/vault";
+    db.exec("UPDATE Companies SET CompanyName = 'Acme_Widgets' WHERE CompanyID = 10");
+
+    EXPECT_EQ(getBusinessClientDocFolder(1010, root), root + "/Acme_Widgets/");
+    EXPECT_EQ(getBusinessClientDocFolder(1020, root), root + "/Acme_Widgets (2)/");
+    EXPECT_EQ(getBusinessClientDocFolder(1030, root), root + "/Acme_Widgets (3)/");
+    // Each keeps its own folder afterwards, and the rows say which.
+    EXPECT_EQ(getBusinessClientDocFolder(1020, root), root + "/Acme_Widgets (2)/");
+    const int rs = db.db().openRecordset("SELECT ClientDocumentStorage.* FROM "
+                                         "ClientDocumentStorage WHERE ClientDataNum = 1030;");
+    ASSERT_EQ(db.db().recordCount(rs), 1);
+    EXPECT_EQ(db.db().getField(rs, "FolderPath").toString(), "Acme_Widgets (3)");
+    db.db().closeRecordset(rs);
+}
+
+TEST(modDocVaultFoldersTest, StoredFolderPathsLeftTheVault) {
+    TestEnvironment env;
+    ScopedAppContext context;
+    MergeTestDatabase db(env.path("client.qmd"));
+    db.fillStandardPractice();
+    const QString root = env.root() + "/a/vault";
+    ASSERT_TRUE(QDir().mkpath(env.root() + "/outside"));
+    const struct {
+        int client;
+        const char* stored;
+    } cases[] = {
+        {1010, "../../outside"},
+        {1020, "../vault2"},
+        {1030, ".."},
+    };
+    for (const auto& c : cases) {
+        db.exec(QString("INSERT INTO ClientDocumentStorage (ClientDataNum, FolderPath) VALUES (%1, "
+                        "'%2')")
+                    .arg(c.client)
+                    .arg(c.stored));
+        EXPECT_THROW(getBusinessClientDocFolder(c.client, root), QmError) << c.stored;
+    }
+    EXPECT_FALSE(QFileInfo::exists(env.root() + "/a/vault2"));
+    EXPECT_NO_THROW(requireInsideVault(root + "/x/../Acme/", root));
+    EXPECT_THROW(requireInsideVault(root + "/", root), QmError);
+    EXPECT_THROW(requireInsideVault(root + "2/Acme", root), QmError);
 }
 
 } // namespace

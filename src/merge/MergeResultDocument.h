@@ -7,8 +7,10 @@
 
 #include <QString>
 #include <QStringList>
+#include <functional>
 #include <vector>
 
+class DocVaultIndex;
 class ProgressReporter;
 
 // One recipient of a merge: the name of column 0, the complete RTF of
@@ -18,7 +20,17 @@ struct MergedRecord {
     QString name;
     QString rtf;
     QStringList emptyPlaceholders;
+    // Client values that may break the letter (RTF control characters or
+    // guillemets), as "Field Name: value", for the practice to correct.
+    QStringList suspectValues;
     QString savedPath;
+    // Where an earlier letter of the same name was moved before this one
+    // took its place; empty when nothing was replaced.
+    QString replacedPath;
+    // Why the record could not be merged or filed; empty when it was.
+    QString failure;
+    // The failure happened in the merge, so there is no letter to file.
+    bool mergeFailed = false;
     int companyID = -1;
     int contactID = -1;
     int scheduleID = -1;
@@ -58,10 +70,23 @@ public:
 
     std::vector<MergedRecord> records;
     int totalPagesMergeDocs = 0;
+    // Set when a walk stopped because the progress was cancelled; the
+    // records made or filed before that stay as they are.
+    bool stoppedByUser = false;
+
+    // Told of every record as soon as the save walk is done with it (filed
+    // or failed), so a listing survives a run that is killed later.
+    std::function<void(const MergedRecord&)> onFiled;
+
+    // The subfolder of a client's folder that keeps a letter replaced by a
+    // later one of the same name.
+    static QString replacedFolderName() { return QStringLiteral("Replaced"); }
 
     // Fills `records`, one per IDList row (sorted for kinds 1 to 3) or, for
     // kinds 4 and 5 without rows, one per row of the filter record set, and
     // tells the progress each step. Kinds other than 1 to 5 make nothing.
+    // A record whose merge fails keeps the reason in `failure` and the walk
+    // goes on; a cancelled progress ends the walk between records.
     // False only when the filter record set cannot be had (the user has been
     // told through app().msgbox). Faults (a database that went away, a
     // filter that does not parse) pass as QmError to the caller.
@@ -70,8 +95,15 @@ public:
     // Writes every record into its client's vault folder below `vaultRoot`
     // (empty: the working folders' vault root) as a saved merge result with
     // its trailer, reusing the paths of an earlier save while their files
-    // exist. Each file is written whole and renamed into place.
-    void saveMergeDocument(ProgressReporter& progress, const QString& vaultRoot = QString());
+    // exist. Each file is written whole to a ".qm-*.part" temporary and
+    // renamed into place; such temporaries left in a folder by a killed run
+    // are removed when the walk first writes there. A letter of the same name
+    // already in the folder is moved into its "Replaced" subfolder first. A
+    // record that cannot be filed (a folder outside the vault, a folder or
+    // file that cannot be written) keeps the reason in `failure` and the walk
+    // goes on. Returns the number of records not filed, those that failed
+    // to merge included.
+    int saveMergeDocument(ProgressReporter& progress, const QString& vaultRoot = QString());
 
     // Opens the SELECT of the search object of this kind (4 tasks, 5
     // appointments) and the set of its rows that pass SQLFilter, closing
@@ -88,6 +120,9 @@ public:
     int remittRecordCount() const;
 
 private:
+    // The client's vault folder for this record, made when missing.
+    QString letterFolder(const MergedRecord& record, const QString& vaultRoot,
+                         DocVaultIndex* index) const;
     void closeRemittRST();
     bool mergesFromFilter() const;
 

@@ -1,4 +1,4 @@
-#include "merge/modMergeControl.h"
+#include "merge/MergeResultDocument.h"
 
 #include "context/AppContext.h"
 #include "merge/MergeTestDatabase.h"
@@ -142,9 +142,95 @@ TEST_F(MergeRunTest, AnUnwritableVaultFailsWithoutAFile) {
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.close();
     // A file where the vault root should be: no folder can be made below it.
-    EXPECT_THROW(result.saveMergeDocument(progress, blocker), QmError);
+    EXPECT_EQ(result.saveMergeDocument(progress, blocker), 1);
+    EXPECT_FALSE(result.records[0].failure.isEmpty());
     EXPECT_TRUE(result.records[0].savedPath.isEmpty() ||
                 !QFileInfo::exists(result.records[0].savedPath));
+}
+
+TEST_F(MergeRunTest, OneBadClientStoppedTheWholeMergeAndListedNothing) {
+    // The first client's stored folder leaves the vault; the others must
+    // still be filed and every record told as soon as it is done.
+    db->exec("INSERT INTO ClientDocumentStorage (ClientDataNum, FolderPath) VALUES (1010, "
+             "'../../escaped')");
+    run(1, {{"10", ""}, {"30", ""}, {"-1", "102"}});
+    const QString root = env.root() + "/deep/vault";
+    QStringList told;
+    result.onFiled = [&told](const MergedRecord& r) {
+        told << r.name + (r.failure.isEmpty() ? QString(" saved") : QString(" failed"));
+    };
+    EXPECT_EQ(result.saveMergeDocument(progress, root), 1);
+    EXPECT_EQ(told, QStringList({"Information saved", "Acme Widgets failed", "Gamma Ltd saved"}));
+    EXPECT_TRUE(result.records[1].failure.contains("outside the document vault"))
+        << result.records[1].failure.toStdString();
+    EXPECT_FALSE(QFileInfo::exists(env.root() + "/escaped"));
+    EXPECT_TRUE(QFileInfo::exists(result.records[2].savedPath));
+    EXPECT_TRUE(result.records[2].savedPath.startsWith(root + "/Gamma Ltd/"));
+}
+
+TEST_F(MergeRunTest, ASecondLetterOfTheSameNameOverwroteTheFirst) {
+    const QString root = env.root() + "/vault";
+    const QString target = root + "/Acme Widgets/Mar 5 2024 - Year End.qmw";
+    // Two letters for one client, template and day in one run, then a third
+    // from a later run: the last stands, the others are kept in order.
+    run(1, {{"10", ""}, {"10", ""}});
+    result.records[0].rtf.replace("Acme Widgets /", "first /");
+    result.records[1].rtf.replace("Acme Widgets /", "second /");
+    EXPECT_EQ(result.saveMergeDocument(progress, root), 0);
+    EXPECT_TRUE(result.records[0].replacedPath.isEmpty());
+    EXPECT_EQ(result.records[1].replacedPath,
+              root + "/Acme Widgets/Replaced/Mar 5 2024 - Year End.qmw");
+
+    MergeResultDocument later;
+    later.model = result.model;
+    later.templateCaption = result.templateCaption;
+    later.templateText = result.templateText;
+    later.IDList.addRow(1, {"10", ""});
+    ASSERT_TRUE(later.createMergeDocument(progress));
+    later.records[0].rtf.replace("Acme Widgets /", "third /");
+    EXPECT_EQ(later.saveMergeDocument(progress, root), 0);
+    EXPECT_EQ(later.records[0].replacedPath,
+              root + "/Acme Widgets/Replaced/Mar 5 2024 - Year End (2).qmw");
+    EXPECT_TRUE(fileControl::readWholeFile(target)->contains("third /"));
+    EXPECT_TRUE(fileControl::readWholeFile(result.records[1].replacedPath)->contains("first /"));
+    EXPECT_TRUE(fileControl::readWholeFile(later.records[0].replacedPath)->contains("second /"));
+}
+
+TEST_F(MergeRunTest, TemporariesOfAKilledRunWereLeftBehind) {
+    const QString folder = env.root() + "/vault/Acme Widgets";
+    ASSERT_TRUE(QDir().mkpath(folder));
+    for (const char* name : {".qm-1234.part", ".qm-dead.part", ".keep", "notes.part"}) {
+        ASSERT_TRUE(fileControl::writeFileAtomically(folder + "/" + name, "x"));
+    }
+    run(1, {{"10", ""}});
+    EXPECT_EQ(result.saveMergeDocument(progress, env.root() + "/vault"), 0);
+    QStringList left = QDir(folder).entryList(QDir::Files | QDir::Hidden);
+    left.sort();
+    EXPECT_EQ(left, QStringList({".keep", "Mar 5 2024 - Year End.qmw", "notes.part"}));
+}
+
+TEST_F(MergeRunTest, CancellingStopsBetweenRecordsAndKeepsWhatWasDone) {
+    progress.cancelAfter(2);
+    run(1, {{"10", ""}, {"20", ""}, {"30", ""}});
+    EXPECT_TRUE(result.stoppedByUser);
+    EXPECT_EQ(names(), QStringList({"Acme Widgets", "Beta {Braces} \\Back"}));
+
+    RecordingProgress saving;
+    saving.cancelAfter(1);
+    EXPECT_EQ(result.saveMergeDocument(saving, env.root() + "/vault"), 0);
+    EXPECT_TRUE(result.stoppedByUser);
+    EXPECT_TRUE(QFileInfo::exists(result.records[0].savedPath));
+    EXPECT_TRUE(result.records[1].savedPath.isEmpty());
+}
+
+TEST_F(MergeRunTest, ValuesThatBreakTheLetterWentUnnoticed) {
+    db->exec("UPDATE Contacts SET DisplayName = '\u00abJo\u00bb' WHERE ContactID = 100");
+    run(2, {{"20", ""}, {"10", "100"}, {"30", ""}});
+    ASSERT_EQ(result.records.size(), 3u);
+    EXPECT_EQ(result.records[0].suspectValues,
+              QStringList({QString::fromUtf8("Contact Display Name: \u00abJo\u00bb")}));
+    EXPECT_EQ(result.records[1].suspectValues, QStringList({"Company Name: Beta {Braces} \\Back"}));
+    EXPECT_TRUE(result.records[2].suspectValues.isEmpty());
 }
 
 // Task and appointment merges that walk a filter instead of IDList rows.
@@ -187,7 +273,8 @@ protected:
     QList<int> ids() const {
         QList<int> out;
         for (const MergedRecord& r : result.records) {
-            out << (result.model.InformationType == InformationKind::Tasks ? r.scheduleID : r.appointmentID);
+            out << (result.model.InformationType == InformationKind::Tasks ? r.scheduleID
+                                                                           : r.appointmentID);
         }
         return out;
     }
