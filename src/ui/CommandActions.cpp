@@ -156,6 +156,7 @@ void CommandActions::buildToolBars(QMainWindow* window) {
     for (const ToolBarDefinition& def : toolBars()) {
         auto* bar = new QToolBar(def.viewCommand, window);
         bar->setObjectName(def.name);
+        m_toolBars.insert(def.name, bar);
         bar->setWindowTitle(m_actions.value(def.viewCommand)->text().remove(QLatin1Char('&')));
         bar->setIconSize(QSize(20, 20));
         for (const ToolBarButton& b : def.buttons) {

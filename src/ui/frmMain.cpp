@@ -78,7 +78,15 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent), m_area(new QMdiArea(thi
     EnableOrDisableAllMenuAndButtons(false);
 }
 
-frmMain::~frmMain() = default;
+frmMain::~frmMain() {
+    // The documents go after this part of the window: their last signals
+    // must not reach it.
+    m_area->disconnect(this);
+    const auto children = m_area->findChildren<QObject*>();
+    for (QObject* child : children) {
+        child->disconnect(this);
+    }
+}
 
 void frmMain::buildFontBar() {
     m_fontBar = new QToolBar(QStringLiteral("Font"), this);
