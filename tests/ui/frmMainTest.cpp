@@ -3,6 +3,8 @@
 #include "app/MenuDefinition.h"
 #include "app/modMenuStatus.h"
 #include "context/AppContext.h"
+#include "files/clsINI.h"
+#include "support/TestEnvironment.h"
 #include "ui/CommandActions.h"
 
 #include <QAction>
@@ -244,6 +246,33 @@ TEST_F(MainWindowTest, ShowAndHideFlipTheCheckMarkAndTheBar) {
     EXPECT_TRUE(status->isChecked());
     status->trigger();
     EXPECT_FALSE(window.findChild<QStatusBar*>(QStringLiteral("SB"))->isVisible());
+}
+
+TEST_F(MainWindowTest, BarsComeUpAsTheSettingsSayAndTogglesAreWrittenBack) {
+    TestEnvironment env;
+    clsINI ini;
+    ini.setINIFile(env.path("QuillmerePad.ini"));
+    ini.setKeyValue(QStringLiteral("QuillmerePadToolbars"), QStringLiteral("FontToolbar"),
+                    QStringLiteral("False"));
+    ini.setKeyValue(QStringLiteral("QuillmerePadToolbars"), QStringLiteral("WindowToolbar"),
+                    QStringLiteral("1"));
+    app().iniSettings = &ini;
+    window.GetSettings();
+    EXPECT_FALSE(window.findChild<QToolBar*>(QStringLiteral("picFont"))->isVisible());
+    EXPECT_TRUE(window.findChild<QToolBar*>(QStringLiteral("tbrWindow"))->isVisible());
+    QAction* font = window.commands()->action(QStringLiteral("mnuViewToolbarFont"));
+    EXPECT_FALSE(font->isChecked());
+
+    font->trigger();
+    EXPECT_TRUE(window.findChild<QToolBar*>(QStringLiteral("picFont"))->isVisible());
+    EXPECT_EQ(
+        ini.getKeyString(QStringLiteral("QuillmerePadToolbars"), QStringLiteral("FontToolbar")),
+        QStringLiteral("True"));
+    window.commands()->action(QStringLiteral("mnuViewStatusBar"))->trigger();
+    EXPECT_EQ(
+        ini.getKeyString(QStringLiteral("QuillmerePadSettings"), QStringLiteral("ShowStatusBar")),
+        QStringLiteral("False"));
+    app().iniSettings = nullptr;
 }
 
 TEST_F(MainWindowTest, TileVerticalPutsDocumentsSideBySideAndMaximisingBringsTabsBack) {
