@@ -67,8 +67,10 @@ QString buttonText(const QString& key) {
 } // namespace
 
 CommandActions::CommandActions(QMainWindow* window) : QObject(window) {
-    if (QIcon::fallbackThemeName().isEmpty()) {
-        QIcon::setFallbackThemeName(QStringLiteral("Adwaita"));
+    // Without a desktop session there is no icon theme; the common one keeps
+    // the bars from falling back to text.
+    if (QIcon::themeName().isEmpty() || QIcon::themeName() == QLatin1String("hicolor")) {
+        QIcon::setThemeName(QStringLiteral("Adwaita"));
     }
     buildActions();
     buildMenus(window);
@@ -167,6 +169,8 @@ void CommandActions::buildToolBars(QMainWindow* window) {
             // tbrEdit's Cut live on different bars, so the key stays unique
             // within its bar).
             button->setObjectName(b.key);
+            // The menu keeps the caption; the button shows a short name.
+            action->setIconText(buttonText(b.key));
             if (action->icon().isNull()) {
                 action->setIcon(QIcon::fromTheme(iconName(b.key)));
             }
@@ -176,9 +180,16 @@ void CommandActions::buildToolBars(QMainWindow* window) {
                 tool->setPopupMode(QToolButton::MenuButtonPopup);
             }
         }
-        window->addToolBar(def.name == QLatin1String("tbrWindow") ? Qt::BottomToolBarArea
-                                                                  : Qt::TopToolBarArea,
-                           bar);
+        if (def.name == QLatin1String("tbrWindow")) {
+            window->addToolBar(Qt::BottomToolBarArea, bar);
+            continue;
+        }
+        // Standard on the first row, File and Edit on the second, Format
+        // with the font bar on the third.
+        if (def.name == QLatin1String("tbrFile") || def.name == QLatin1String("tbrFormat")) {
+            window->addToolBarBreak(Qt::TopToolBarArea);
+        }
+        window->addToolBar(Qt::TopToolBarArea, bar);
     }
 }
 

@@ -104,7 +104,7 @@ void frmMain::buildFontBar() {
         box->setToolTip(notAvailableYetTip());
         m_fontBar->addWidget(box);
     }
-    addToolBar(Qt::TopToolBarArea, m_fontBar);
+    insertToolBar(m_commands->toolBar(QStringLiteral("tbrFormat")), m_fontBar);
 }
 
 void frmMain::buildStatusBar() {
