@@ -148,7 +148,8 @@ constexpr Row kRows[] = {
     {"mnuHelpAbout", "&About Quillmere Pad...", "mnuHelp", I, "", false},
 
     // The text-area pop-up: each item runs the main-menu item of the same
-    // meaning and carries its caption.
+    // meaning and carries its caption. Its Script and Indent submenus are
+    // filled with copies of Format's.
     {"mnuPop", "Popup", "", M, "", false},
     {"mnuPopupUndo", "&Undo", "mnuPop", I, "", false},
     {"mnuPopupCut", "Cu&t", "mnuPop", I, "", false},
@@ -161,22 +162,8 @@ constexpr Row kRows[] = {
     {"mnuPopupCaseUpper", "&Upper Case", "mnuPopupCase", I, "", false},
     {"mnuPopupCaseLower", "&Lower Case", "mnuPopupCase", I, "", false},
     {"mnuPopupScript", "&Script", "mnuPop", M, "", false},
-    {"mnuPopupScriptNoScript", "&No Scripting", "mnuPopupScript", I, "", false},
-    {"mnuPopupScriptSuperScript", "&SuperScript", "mnuPopupScript", I, "", false},
-    {"mnuPopupScriptSubScript", "S&ubScript", "mnuPopupScript", I, "", false},
     {"mnuPopupBullet", "&Bullet", "mnuPop", I, "", false},
     {"mnuPopupIndent", "Indent", "mnuPop", M, "", false},
-    {"mnuPopupLeftIndent", "Left Indent", "mnuPopupIndent", M, "", false},
-    {"mnuPopupIncreaseLeftIndent", "&Increase Left Indent", "mnuPopupLeftIndent", I, "", false},
-    {"mnuPopupDecreaseLeftIndent", "Reduce &Left Indent", "mnuPopupLeftIndent", I, "", false},
-    {"mnuPopupRightIndent", "Right Indent", "mnuPopupIndent", M, "", false},
-    {"mnuPopupIncreaseRightIndent", "Increase &Right Indent", "mnuPopupRightIndent", I, "", false},
-    {"mnuPopupDecreaseRightIndent", "Reduce Right Indent", "mnuPopupRightIndent", I, "", false},
-    {"mnuPopupHangingIndent", "Hanging Indent", "mnuPopupIndent", M, "", false},
-    {"mnuPopupIncreaseHangingIndent", "Increase &Hanging Indent", "mnuPopupHangingIndent", I, "",
-     false},
-    {"mnuPopupDecreaseHangingIndent", "Reduce Hanging Indent", "mnuPopupHangingIndent", I, "",
-     false},
 };
 
 // Items that open a new group in their menu.
@@ -212,12 +199,36 @@ MenuEntry toEntry(const Row& row) {
                      QString::fromUtf8(row.shortcut), row.checkable};
 }
 
+// Appends the items under the Format submenu that `popupMenu` mirrors
+// ("mnuPopupIndent" mirrors "mnuFormatIndent"), renamed to the pop-up's prefix.
+void copyFormatSubmenu(std::vector<MenuEntry>& tree, const QString& popupMenu) {
+    const QString popup = QStringLiteral("mnuPopup");
+    const QString format = QStringLiteral("mnuFormat");
+    const auto rename = [&](const QString& name) -> QString {
+        return popup + name.mid(format.size());
+    };
+    QSet<QString> inside = {format + popupMenu.mid(popup.size())};
+    const std::size_t end = tree.size();
+    for (std::size_t i = 0; i < end; ++i) {
+        if (!inside.contains(tree[i].parent)) {
+            continue;
+        }
+        inside.insert(tree[i].name);
+        MenuEntry copy = tree[i];
+        copy.name = rename(copy.name);
+        copy.parent = rename(copy.parent);
+        copy.shortcut.clear();
+        tree.push_back(copy);
+    }
+}
+
 std::vector<MenuEntry> buildTree() {
     std::vector<MenuEntry> tree;
     int sideBar = 0;
     for (const Row& row : kRows) {
         tree.push_back(toEntry(row));
-        const MenuEntry& added = tree.back();
+        // A copy: the pushes below may move the vector's storage.
+        const MenuEntry added = tree.back();
         if (added.parent.isEmpty() && added.name != QLatin1String("mnuPop")) {
             QString title = added.caption;
             title.remove(QLatin1Char('&'));
@@ -229,6 +240,10 @@ std::vector<MenuEntry> buildTree() {
                             Kind::SideBar,
                             {},
                             false});
+        }
+        if (added.name == QLatin1String("mnuPopupScript") ||
+            added.name == QLatin1String("mnuPopupIndent")) {
+            copyFormatSubmenu(tree, added.name);
         }
         if (added.name == QLatin1String("mnuFileMRUTemp")) {
             // Captions come from the recent-files list when it is read.
@@ -245,82 +260,60 @@ std::vector<MenuEntry> buildTree() {
     return tree;
 }
 
-struct ButtonRow {
-    const char* key;
-    const char* command; // empty: the button has an action of its own
-};
+// The menu item each button key runs; a key not listed has an action of its
+// own. A key means the same on every bar it appears on.
+QString menuCommandForKey(const QString& key) {
+    static const QHash<QString, QString> commands = {
+        {QStringLiteral("New"), QStringLiteral("mnuFileNewStandard")},
+        {QStringLiteral("Open"), QStringLiteral("mnuFileOpenNormal")},
+        {QStringLiteral("Close"), QStringLiteral("mnuFileClose")},
+        {QStringLiteral("Save"), QStringLiteral("mnuFileSave")},
+        {QStringLiteral("SaveAll"), QStringLiteral("mnuFileSaveAll")},
+        {QStringLiteral("MenageFiles"), QStringLiteral("mnuFileManageFiles")},
+        {QStringLiteral("Print"), QStringLiteral("mnuFilePrint")},
+        {QStringLiteral("Cut"), QStringLiteral("mnuEditCut")},
+        {QStringLiteral("Copy"), QStringLiteral("mnuEditCopy")},
+        {QStringLiteral("Paste"), QStringLiteral("mnuEditPaste")},
+        {QStringLiteral("Undo"), QStringLiteral("mnuEditUndo")},
+        {QStringLiteral("Redo"), QStringLiteral("mnuEditRedo")},
+        {QStringLiteral("Outdent"), QStringLiteral("mnuFormatDecreaseLeftIndent")},
+        {QStringLiteral("Indent"), QStringLiteral("mnuFormatIncreaseLeftIndent")},
+        {QStringLiteral("Help"), QStringLiteral("mnuHelpContents")},
+        {QStringLiteral("SpellCheck"), QStringLiteral("mnuToolsSpellCheck")},
+        {QStringLiteral("Find"), QStringLiteral("mnuSearchFind")},
+        {QStringLiteral("Cascade"), QStringLiteral("mnuWindowCascade")},
+        {QStringLiteral("THorizontally"), QStringLiteral("mnuWindowTileHorizontal")},
+        {QStringLiteral("TVertically"), QStringLiteral("mnuWindowTileVertical")},
+        {QStringLiteral("Minimize"), QStringLiteral("mnuWindowMinimizeAll")},
+        {QStringLiteral("Restore"), QStringLiteral("mnuWindowRestoreAll")},
+    };
+    return commands.value(key);
+}
 
-std::vector<ToolBarButton> buttons(const char* toolBar, std::initializer_list<ButtonRow> rows) {
-    std::vector<ToolBarButton> out;
-    for (const ButtonRow& row : rows) {
-        const QString key = QString::fromUtf8(row.key);
-        const QString command = *row.command != '\0'
-                                    ? QString::fromUtf8(row.command)
-                                    : buttonCommandId(QString::fromUtf8(toolBar), key);
-        out.push_back({key, command});
+ToolBarDefinition toolBar(const char* name, const char* keys, const char* viewCommand) {
+    ToolBarDefinition bar{QString::fromUtf8(name), {}, QString::fromUtf8(viewCommand)};
+    for (const QString& key : QString::fromUtf8(keys).split(QLatin1Char(' '))) {
+        const QString command = menuCommandForKey(key);
+        bar.buttons.push_back({key, command.isEmpty() ? buttonCommandId(bar.name, key) : command});
     }
-    return out;
+    return bar;
 }
 
 std::vector<ToolBarDefinition> buildToolBars() {
+    // The format buttons show the selection's state, so Bold to Bullet are
+    // toggles of their own rather than the menu's one-shot commands.
     return {
-        {QStringLiteral("tbrStandard"),
-         buttons("tbrStandard", {{"New", "mnuFileNewStandard"},
-                                 {"Open", "mnuFileOpenNormal"},
-                                 {"Save", "mnuFileSave"},
-                                 {"Print", "mnuFilePrint"},
-                                 {"FullScreen", ""},
-                                 {"WordWrap", ""},
-                                 {"Cut", "mnuEditCut"},
-                                 {"Copy", "mnuEditCopy"},
-                                 {"Paste", "mnuEditPaste"},
-                                 {"Undo", "mnuEditUndo"},
-                                 {"Redo", "mnuEditRedo"},
-                                 {"Outdent", "mnuFormatDecreaseLeftIndent"},
-                                 {"Indent", "mnuFormatIncreaseLeftIndent"},
-                                 {"Help", "mnuHelpContents"},
-                                 {"SpellCheck", "mnuToolsSpellCheck"}}),
-         QStringLiteral("mnuViewToolbarStandard")},
-        {QStringLiteral("tbrFile"),
-         buttons("tbrFile", {{"New", "mnuFileNewStandard"},
-                             {"Open", "mnuFileOpenNormal"},
-                             {"Close", "mnuFileClose"},
-                             {"Save", "mnuFileSave"},
-                             {"SaveAll", "mnuFileSaveAll"},
-                             {"MenageFiles", "mnuFileManageFiles"},
-                             {"Print", "mnuFilePrint"}}),
-         QStringLiteral("mnuViewToolbarFile")},
-        {QStringLiteral("tbrEdit"),
-         buttons("tbrEdit", {{"Cut", "mnuEditCut"},
-                             {"Copy", "mnuEditCopy"},
-                             {"Paste", "mnuEditPaste"},
-                             {"Undo", "mnuEditUndo"},
-                             {"Redo", "mnuEditRedo"},
-                             {"Outdent", "mnuFormatDecreaseLeftIndent"},
-                             {"Indent", "mnuFormatIncreaseLeftIndent"},
-                             {"SpellCheck", "mnuToolsSpellCheck"}}),
-         QStringLiteral("mnuViewToolbarEdit")},
-        // The format buttons show the selection's state, so they are
-        // toggles of their own rather than the menu's one-shot commands.
-        {QStringLiteral("tbrFormat"),
-         buttons("tbrFormat", {{"Find", "mnuSearchFind"},
-                               {"Bold", ""},
-                               {"Italic", ""},
-                               {"Underline", ""},
-                               {"StrikeThru", ""},
-                               {"Left", ""},
-                               {"Center", ""},
-                               {"Right", ""},
-                               {"Bullet", ""}}),
-         QStringLiteral("mnuViewToolbarFormat")},
-        {QStringLiteral("tbrWindow"),
-         buttons("tbrWindow", {{"Cascade", "mnuWindowCascade"},
-                               {"THorizontally", "mnuWindowTileHorizontal"},
-                               {"TVertically", "mnuWindowTileVertical"},
-                               {"Minimize", "mnuWindowMinimizeAll"},
-                               {"Restore", "mnuWindowRestoreAll"},
-                               {"Close", "mnuFileClose"}}),
-         QStringLiteral("mnuViewToolbarWindow")},
+        toolBar("tbrStandard",
+                "New Open Save Print FullScreen WordWrap Cut Copy Paste Undo Redo Outdent Indent "
+                "Help SpellCheck",
+                "mnuViewToolbarStandard"),
+        toolBar("tbrFile", "New Open Close Save SaveAll MenageFiles Print", "mnuViewToolbarFile"),
+        toolBar("tbrEdit", "Cut Copy Paste Undo Redo Outdent Indent SpellCheck",
+                "mnuViewToolbarEdit"),
+        toolBar("tbrFormat", "Find Bold Italic Underline StrikeThru Left Center Right Bullet",
+                "mnuViewToolbarFormat"),
+        toolBar("tbrWindow", "Cascade THorizontally TVertically Minimize Restore Close",
+                "mnuViewToolbarWindow"),
     };
 }
 
@@ -401,17 +394,26 @@ const std::vector<ViewSetting>& viewSettings() {
         const QString general = QStringLiteral("QuillmerePadSettings");
         const QString bars = QStringLiteral("QuillmerePadToolbars");
         return std::vector<ViewSetting>{
-            {QStringLiteral("mnuViewStatusBar"), general, QStringLiteral("ShowStatusBar")},
-            {QStringLiteral("mnuViewRuler"), general, QStringLiteral("ShowRuler")},
-            {QStringLiteral("mnuViewFileTree"), general, QStringLiteral("ShowFileTree")},
-            {QStringLiteral("mnuViewToolbarStandard"), bars, QStringLiteral("StandardToolbar")},
-            {QStringLiteral("mnuViewToolbarFile"), bars, QStringLiteral("FileToolbar")},
-            {QStringLiteral("mnuViewToolbarEdit"), bars, QStringLiteral("EditToolbar")},
-            {QStringLiteral("mnuViewToolbarFormat"), bars, QStringLiteral("FormatToolbar")},
-            {QStringLiteral("mnuViewToolbarFont"), bars, QStringLiteral("FontToolbar")},
-            {QStringLiteral("mnuViewToolbarWindow"), bars, QStringLiteral("WindowToolbar")},
+            {QStringLiteral("mnuViewStatusBar"), general, QStringLiteral("ShowStatusBar"),
+             QStringLiteral("1")},
+            {QStringLiteral("mnuViewRuler"), general, QStringLiteral("ShowRuler"),
+             QStringLiteral("0")},
+            {QStringLiteral("mnuViewFileTree"), general, QStringLiteral("ShowFileTree"),
+             QStringLiteral("1")},
+            {QStringLiteral("mnuViewToolbarStandard"), bars, QStringLiteral("StandardToolbar"),
+             QStringLiteral("1")},
+            {QStringLiteral("mnuViewToolbarFile"), bars, QStringLiteral("FileToolbar"),
+             QStringLiteral("1")},
+            {QStringLiteral("mnuViewToolbarEdit"), bars, QStringLiteral("EditToolbar"),
+             QStringLiteral("1")},
+            {QStringLiteral("mnuViewToolbarFormat"), bars, QStringLiteral("FormatToolbar"),
+             QStringLiteral("1")},
+            {QStringLiteral("mnuViewToolbarFont"), bars, QStringLiteral("FontToolbar"),
+             QStringLiteral("1")},
+            {QStringLiteral("mnuViewToolbarWindow"), bars, QStringLiteral("WindowToolbar"),
+             QStringLiteral("0")},
             {QStringLiteral("mnuViewToolbarMergeTutorial"), bars,
-             QStringLiteral("MergeTutorialToolbar")},
+             QStringLiteral("MergeTutorialToolbar"), QStringLiteral("0")},
         };
     }();
     return settings;

@@ -57,12 +57,13 @@ const std::vector<ToolBarButton>& newDropDown();
 // button command that no menu item covers, without repeats.
 QStringList allCommands();
 
-// The settings key a View show-and-hide command writes its state to, as
-// "True" or "False".
+// The settings key a View show-and-hide command reads its first state from
+// and writes each new state to, as "True" or "False".
 struct ViewSetting {
     QString command;
     QString section;
     QString key;
+    QString defaultValue; // "1" or "0", passed when the window reads it
 };
 const std::vector<ViewSetting>& viewSettings();
 

@@ -60,8 +60,7 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent), m_area(new QMdiArea(thi
             &frmMain::refreshMenuStatus);
     for (const ViewSetting& v : viewSettings()) {
         if (QWidget* target = viewTarget(v.command)) {
-            m_commands->action(v.command)->setChecked(target->isVisibleTo(this) ||
-                                                      !target->isHidden());
+            m_commands->action(v.command)->setChecked(!target->isHidden());
         }
     }
     m_stateReader = [](QMdiSubWindow* sub) -> std::optional<ActiveDocumentState> {

@@ -18,6 +18,7 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QStatusBar>
+#include <QTabBar>
 #include <QTextEdit>
 #include <QToolBar>
 #include <QToolButton>
@@ -150,6 +151,8 @@ TEST_F(MainWindowTest, FontBarListsScreenFontsAndSizesFiveToSeventyTwo) {
         EXPECT_FALSE(names->itemText(i).startsWith(QLatin1Char('@')));
     }
     EXPECT_NE(window.findChild<QStatusBar*>(QStringLiteral("SB")), nullptr);
+    EXPECT_NE(window.findChild<QTabBar*>(QStringLiteral("MDITabsCtrl")), nullptr);
+    EXPECT_NE(window.findChild<QToolBar*>(QStringLiteral("picFont")), nullptr);
 }
 
 TEST_F(MainWindowTest, ACommandNotBuiltIsDisabledWithANoteEvenWithADocument) {
