@@ -1,6 +1,6 @@
-#include "context/AppContext.h"
 #include "app/modMain.h"
 #include "ui/HostedApplication.h"
+#include "context/AppContext.h"
 #include "ui/frmMain.h"
 
 #include <QApplication>

@@ -1,31 +1,236 @@
 #include "ui/frmMain.h"
 
+#include "app/MenuDefinition.h"
 #include "context/AppContext.h"
+#include "files/clsINI.h"
+#include "ui/CommandActions.h"
 
+#include <QAction>
 #include <QApplication>
+#include <QClipboard>
 #include <QCloseEvent>
+#include <QComboBox>
+#include <QFontDatabase>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenu>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QPushButton>
 #include <QScreen>
+#include <QStatusBar>
+#include <QTabBar>
+#include <QTextBlock>
 #include <QTextEdit>
+#include <QTextList>
+#include <QToolBar>
 #include <algorithm>
 
 namespace {
 // Twips per pixel at the usual 96 dots per inch.
 constexpr int kTwipsPerPixel = 15;
+constexpr int kMinWidthTwips = 11640;
+constexpr int kMinHeightTwips = 8340;
 } // namespace
 
 frmMain::frmMain(QWidget* parent) : QMainWindow(parent), m_area(new QMdiArea(this)) {
     setObjectName(QStringLiteral("frmMain"));
     setWindowTitle(QStringLiteral("Quillmere Pad"));
+    m_area->setObjectName(QStringLiteral("MDIArea"));
     m_area->setViewMode(QMdiArea::TabbedView);
     m_area->setTabsClosable(true);
+    m_area->setTabsMovable(true);
+    if (auto* tabs = m_area->findChild<QTabBar*>()) {
+        tabs->setObjectName(QStringLiteral("MDITabsCtrl"));
+    }
     setCentralWidget(m_area);
+    // The smallest the window may be made, as the frame's tracking limit.
+    setMinimumSize(kMinWidthTwips / kTwipsPerPixel, kMinHeightTwips / kTwipsPerPixel);
     // FormWidth x FormHeight of a new settings file.
     resize(11640 / kTwipsPerPixel, 8340 / kTwipsPerPixel);
+
+    m_commands = new CommandActions(this);
+    buildFontBar();
+    buildStatusBar();
+    registerRoutes();
+    connect(m_commands, &CommandActions::commandTriggered, this, &frmMain::runCommand);
+    connect(m_area, &QMdiArea::subWindowActivated, this, &frmMain::onDocumentActivated);
+    connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
+            &frmMain::refreshMenuStatus);
+    for (const ViewSetting& v : viewSettings()) {
+        if (QWidget* target = viewTarget(v.command)) {
+            m_commands->action(v.command)->setChecked(!target->isHidden());
+        }
+    }
+    m_stateReader = [](QMdiSubWindow* sub) -> std::optional<ActiveDocumentState> {
+        auto* edit = qobject_cast<QTextEdit*>(sub->widget());
+        if (!edit) {
+            edit = sub->widget() ? sub->widget()->findChild<QTextEdit*>() : nullptr;
+        }
+        if (!edit) {
+            return std::nullopt;
+        }
+        const QVariant type = sub->widget()->property("documentType");
+        return readTextEditState(*edit, type.isValid() ? type.toInt() : 0);
+    };
+    EnableOrDisableAllMenuAndButtons(false);
+}
+
+frmMain::~frmMain() {
+    // The documents go after this part of the window: their last signals
+    // must not reach it.
+    m_area->disconnect(this);
+    const auto children = m_area->findChildren<QObject*>();
+    for (QObject* child : children) {
+        child->disconnect(this);
+    }
+}
+
+void frmMain::buildFontBar() {
+    m_fontBar = new QToolBar(QStringLiteral("Font"), this);
+    m_fontBar->setObjectName(QStringLiteral("picFont"));
+    m_fontName = new QComboBox(m_fontBar);
+    m_fontName->setObjectName(QStringLiteral("cboFontName"));
+    m_fontName->setMinimumContentsLength(18);
+    m_fontName->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    m_fontSize = new QComboBox(m_fontBar);
+    m_fontSize->setObjectName(QStringLiteral("cboFontSize"));
+    m_fontSize->setMinimumContentsLength(3);
+    // Choosing a font from the bar is the format routines' work.
+    for (QComboBox* box : {m_fontName, m_fontSize}) {
+        box->setEnabled(false);
+        box->setToolTip(notAvailableYetTip());
+        m_fontBar->addWidget(box);
+    }
+    insertToolBar(m_commands->toolBar(QStringLiteral("tbrFormat")), m_fontBar);
+}
+
+void frmMain::buildStatusBar() {
+    m_statusBar = new QStatusBar(this);
+    m_statusBar->setObjectName(QStringLiteral("SB"));
+    for (int i = 1; i <= 5; ++i) {
+        auto* panel = new QLabel(m_statusBar);
+        panel->setObjectName(QStringLiteral("SBPanel%1").arg(i));
+        panel->setMinimumWidth(i == 1 ? 200 : 60);
+        // The first panel takes the room left over; the counts keep theirs.
+        m_statusBar->addPermanentWidget(panel, i == 1 ? 1 : 0);
+        m_panels << panel;
+    }
+    m_panels[1]->setText(QStringLiteral("Line:"));
+    m_panels[3]->setText(QStringLiteral("Lines:"));
+    setStatusBar(m_statusBar);
+}
+
+void frmMain::setStatusPanel(int panel, const QString& text) {
+    if (panel >= 1 && panel <= m_panels.size()) {
+        m_panels[panel - 1]->setText(text);
+    }
+}
+
+void frmMain::registerRoutes() {
+    const auto newStandard = [this] { newDocument(++app().unnamedDocumentCount); };
+    m_routes.insert(QStringLiteral("mnuFileNewStandard"), newStandard);
+    m_routes.insert(QStringLiteral("mnuWindowNewWindow"), newStandard);
+    m_routes.insert(QStringLiteral("mnuFileExit"), [this] { close(); });
+    // These handlers do nothing but exist to be clicked.
+    for (const char* none : {"mnuTest", "mnuFileManageFiles", "mnuFilePrintSetup"}) {
+        m_routes.insert(QLatin1String(none), [] {});
+    }
+    m_routes.insert(QStringLiteral("mnuWindowCascade"),
+                    [this] { arrangeDocuments(Arrangement::Cascade); });
+    m_routes.insert(QStringLiteral("mnuWindowTileHorizontal"),
+                    [this] { arrangeDocuments(Arrangement::TileHorizontal); });
+    m_routes.insert(QStringLiteral("mnuWindowTileVertical"),
+                    [this] { arrangeDocuments(Arrangement::TileVertical); });
+    m_routes.insert(QStringLiteral("mnuWindowArrangeIcons"),
+                    [this] { arrangeDocuments(Arrangement::Icons); });
+    m_routes.insert(QStringLiteral("mnuWindowMinimizeAll"),
+                    [this] { setAllDocumentsState(Qt::WindowMinimized); });
+    m_routes.insert(QStringLiteral("mnuWindowRestoreAll"),
+                    [this] { setAllDocumentsState(Qt::WindowNoState); });
+    for (const ViewSetting& v : viewSettings()) {
+        if (viewTarget(v.command)) {
+            m_routes.insert(v.command, [this, command = v.command] { toggleView(command); });
+        }
+    }
+}
+
+void frmMain::runCommand(const QString& command) {
+    if (app().isCreatingDocument) {
+        return;
+    }
+    QAction* action = m_commands->action(command);
+    const auto route = m_routes.constFind(command);
+    if (route == m_routes.cend() || !action || !action->isEnabled()) {
+        return;
+    }
+    (*route)();
+}
+
+QWidget* frmMain::viewTarget(const QString& command) const {
+    if (command == QLatin1String("mnuViewStatusBar")) {
+        return m_statusBar;
+    }
+    if (command == QLatin1String("mnuViewToolbarFont")) {
+        return m_fontBar;
+    }
+    for (const ToolBarDefinition& bar : toolBars()) {
+        if (bar.viewCommand == command) {
+            return m_commands->toolBar(bar.name);
+        }
+    }
+    return nullptr;
+}
+
+void frmMain::setViewShown(const QString& command, bool shown) {
+    m_commands->action(command)->setChecked(shown);
+    if (QWidget* target = viewTarget(command)) {
+        target->setVisible(shown);
+    }
+}
+
+void frmMain::toggleView(const QString& command) {
+    // The action has already flipped its own check mark.
+    const bool shown = m_commands->action(command)->isChecked();
+    setViewShown(command, shown);
+    clsINI* ini = app().iniSettings;
+    if (!ini) {
+        return;
+    }
+    for (const ViewSetting& v : viewSettings()) {
+        if (v.command == command) {
+            ini->setKeyValue(v.section, v.key,
+                             shown ? QStringLiteral("True") : QStringLiteral("False"));
+        }
+    }
+}
+
+void frmMain::GetSettings() {
+    clsINI* ini = app().iniSettings;
+    for (const ViewSetting& v : viewSettings()) {
+        if (!viewTarget(v.command)) {
+            continue;
+        }
+        const QString value =
+            ini ? ini->getKeyString(v.section, v.key, v.defaultValue) : v.defaultValue;
+        setViewShown(v.command, clsINI::isTrueValue(value));
+    }
+}
+
+void frmMain::LoadFonts() {
+    m_fontName->clear();
+    const QStringList families = QFontDatabase::families();
+    for (const QString& family : families) {
+        // Vertical-writing variants are not for letters.
+        if (!family.startsWith(QLatin1Char('@'))) {
+            m_fontName->addItem(family);
+        }
+    }
+    m_fontSize->clear();
+    for (int size = 5; size <= 72; ++size) {
+        m_fontSize->addItem(QString::number(size));
+    }
 }
 
 void frmMain::newDocument(int number) {
@@ -34,7 +239,145 @@ void frmMain::newDocument(int number) {
     QMdiSubWindow* sub = m_area->addSubWindow(editor);
     sub->setAttribute(Qt::WA_DeleteOnClose);
     sub->setWindowTitle(QStringLiteral("Document %1").arg(number));
+    editor->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(editor, &QWidget::customContextMenuRequested, this, [this, editor](const QPoint& at) {
+        m_commands->popupMenu()->exec(editor->mapToGlobal(at));
+    });
+    for (auto signal : {&QTextEdit::selectionChanged, &QTextEdit::textChanged,
+                        &QTextEdit::cursorPositionChanged}) {
+        connect(editor, signal, this, &frmMain::refreshMenuStatus);
+    }
+    connect(editor, &QTextEdit::undoAvailable, this, &frmMain::refreshMenuStatus);
+    watchDocument(sub);
     sub->showMaximized();
+    // An area without the focus does not activate what it adds.
+    if (!m_area->activeSubWindow()) {
+        onDocumentActivated(sub);
+    }
+}
+
+void frmMain::watchDocument(QMdiSubWindow* sub) {
+    connect(sub, &QObject::destroyed, this, &frmMain::onDocumentClosed);
+    // Maximising a document brings the tab strip back after an arrange.
+    connect(sub, &QMdiSubWindow::windowStateChanged, this,
+            [this](Qt::WindowStates, Qt::WindowStates now) {
+                if ((now & Qt::WindowMaximized) && m_area->viewMode() != QMdiArea::TabbedView) {
+                    m_area->setViewMode(QMdiArea::TabbedView);
+                    if (auto* tabs = m_area->findChild<QTabBar*>()) {
+                        tabs->setObjectName(QStringLiteral("MDITabsCtrl"));
+                    }
+                }
+            });
+}
+
+QMdiSubWindow* frmMain::activeDocumentWindow() const {
+    if (QMdiSubWindow* active = m_area->activeSubWindow()) {
+        return active;
+    }
+    if (m_lastActive && m_area->subWindowList().contains(m_lastActive.data())) {
+        return m_lastActive.data();
+    }
+    return m_area->currentSubWindow();
+}
+
+void frmMain::onDocumentActivated(QMdiSubWindow* sub) {
+    if (sub) {
+        m_lastActive = sub;
+    }
+    refreshMenuStatus();
+}
+
+void frmMain::onDocumentClosed() {
+    EnableOrDisableAllMenuAndButtons(false);
+    // The next activation sets things right; with the focus elsewhere there
+    // may be none, so look for a remaining document now.
+    if (!m_area->subWindowList().isEmpty()) {
+        refreshMenuStatus();
+    }
+}
+
+void frmMain::EnableOrDisableAllMenuAndButtons(bool enable) {
+    ::EnableOrDisableAllMenuAndButtons(m_status, enable);
+    applyStatus();
+}
+
+void frmMain::refreshMenuStatus() {
+    QMdiSubWindow* sub = activeDocumentWindow();
+    if (!sub) {
+        EnableOrDisableAllMenuAndButtons(false);
+        return;
+    }
+    m_status = ResetMenuStatus(m_status, m_stateReader(sub));
+    applyStatus();
+}
+
+void frmMain::applyStatus() {
+    m_commands->apply(m_status);
+    if (!m_status.fontName.isEmpty()) {
+        m_fontName->setCurrentIndex(m_fontName->findText(m_status.fontName));
+    }
+    m_fontSize->setCurrentIndex(m_fontSize->findText(m_status.fontSize));
+}
+
+void frmMain::arrangeDocuments(Arrangement how) {
+    // Arranging shows the documents as windows; the tab strip comes back
+    // when one is maximised.
+    m_area->setViewMode(QMdiArea::SubWindowView);
+    QList<QMdiSubWindow*> shown;
+    for (QMdiSubWindow* sub : m_area->subWindowList()) {
+        if (how != Arrangement::Icons) {
+            sub->showNormal();
+        }
+        if (!sub->isMinimized()) {
+            shown << sub;
+        }
+    }
+    const QRect room = m_area->viewport()->rect();
+    const int n = int(shown.size());
+    switch (how) {
+    case Arrangement::Cascade:
+        m_area->cascadeSubWindows();
+        break;
+    case Arrangement::TileHorizontal:
+        for (int i = 0; i < n; ++i) {
+            const int h = room.height() / n;
+            shown[i]->setGeometry(0, i * h, room.width(), h);
+        }
+        break;
+    case Arrangement::TileVertical:
+        for (int i = 0; i < n; ++i) {
+            const int w = room.width() / n;
+            shown[i]->setGeometry(i * w, 0, w, room.height());
+        }
+        break;
+    case Arrangement::Icons: {
+        // Minimised documents line up along the bottom edge.
+        int x = 0;
+        for (QMdiSubWindow* sub : m_area->subWindowList()) {
+            if (sub->isMinimized()) {
+                sub->move(x, room.height() - sub->height());
+                x += sub->width();
+            }
+        }
+        break;
+    }
+    }
+}
+
+void frmMain::setAllDocumentsState(Qt::WindowState state) {
+    if (state == Qt::WindowMinimized) {
+        m_area->setViewMode(QMdiArea::SubWindowView);
+    }
+    for (QMdiSubWindow* sub : m_area->subWindowList()) {
+        if (state == Qt::WindowMinimized) {
+            sub->showMinimized();
+        } else {
+            sub->showNormal();
+        }
+    }
+    if (state == Qt::WindowMinimized) {
+        arrangeDocuments(Arrangement::Icons);
+    }
 }
 
 void frmMain::closeEvent(QCloseEvent* event) {
@@ -45,6 +388,53 @@ void frmMain::closeEvent(QCloseEvent* event) {
     // The exit routine unloads this window when it is done.
     event->ignore();
     m_queryUnload();
+}
+
+ActiveDocumentState readTextEditState(const QTextEdit& edit, int documentType) {
+    using Alignment = ActiveDocumentState::Alignment;
+    ActiveDocumentState s;
+    s.documentType = documentType;
+    const QTextDocument* doc = edit.document();
+    const QTextCursor cursor = edit.textCursor();
+    s.changed = doc->isModified();
+    s.hasSelection = cursor.hasSelection();
+    s.canUndo = doc->isUndoAvailable();
+    const QMimeData* data = QGuiApplication::clipboard()->mimeData();
+    s.clipboardHasText = data && data->hasText();
+
+    const auto alignmentOf = [](const QTextBlock& block) {
+        const Qt::Alignment a = block.blockFormat().alignment() & Qt::AlignHorizontal_Mask;
+        if (a & Qt::AlignHCenter) {
+            return Alignment::Center;
+        }
+        if (a & (Qt::AlignRight | Qt::AlignTrailing)) {
+            return Alignment::Right;
+        }
+        if (a & Qt::AlignJustify) {
+            return Alignment::Mixed;
+        }
+        return Alignment::Left;
+    };
+    QTextBlock block = doc->findBlock(cursor.selectionStart());
+    const QTextBlock last = doc->findBlock(cursor.selectionEnd());
+    s.alignment = alignmentOf(block);
+    while (block.isValid() && block != last) {
+        block = block.next();
+        if (block.isValid() && alignmentOf(block) != s.alignment) {
+            s.alignment = Alignment::Mixed;
+            break;
+        }
+    }
+    const QTextCharFormat f = cursor.charFormat();
+    s.bold = f.fontWeight() >= QFont::Bold;
+    s.italic = f.fontItalic();
+    s.underline = f.fontUnderline();
+    s.strikeThru = f.fontStrikeOut();
+    s.bullet = cursor.currentList() != nullptr;
+    const QFont font = f.font();
+    s.fontName = font.family();
+    s.fontSize = font.pointSizeF() > 0 ? QString::number(font.pointSizeF()) : QString();
+    return s;
 }
 
 QtMainWindowHost::QtMainWindowHost() = default;
@@ -66,6 +456,9 @@ void QtMainWindowHost::load() {
 
 void QtMainWindowHost::MDIFormInitialize() {
     AppContext& ctx = app();
+    m_window->EnableOrDisableAllMenuAndButtons(false);
+    m_window->LoadFonts();
+    m_window->GetSettings();
     ctx.unnamedDocumentCount = 0;
     if (ctx.isStandAlone) {
         m_window->newDocument(++ctx.unnamedDocumentCount);

@@ -1,25 +1,69 @@
 #pragma once
 
 #include "app/MainWindowHost.h"
+#include "app/modMenuStatus.h"
 #include "ui/QtMsgbox.h"
 
+#include <QHash>
 #include <QMainWindow>
 #include <QPointer>
 #include <functional>
+#include <optional>
 
-class QMdiArea;
+class CommandActions;
+class QComboBox;
 class QLabel;
+class QMdiArea;
+class QMdiSubWindow;
+class QStatusBar;
+class QTextEdit;
+class QToolBar;
 
-// The main window. For now the shell of it: the document area with one
-// empty document, and the way out through the application's exit routine.
+// The main window: the frame around the document windows, with the menus,
+// the tool bars, the font bar and the status bar. It decides nothing itself:
+// each command goes to one routine, and which commands are usable comes from
+// the availability table for the active document.
 class frmMain : public QMainWindow {
     Q_OBJECT
 public:
     explicit frmMain(QWidget* parent = nullptr);
+    ~frmMain() override;
 
     QMdiArea* MDIArea() const { return m_area; }
+    CommandActions* commands() const { return m_commands; }
+    QComboBox* fontNameBox() const { return m_fontName; }
+    QComboBox* fontSizeBox() const { return m_fontSize; }
+
     // Opens an empty standard document, captioned "Document N".
     void newDocument(int number);
+
+    // Runs a command by its name, behind the document-creation guard. A
+    // command that is unavailable does nothing: its action is disabled, and
+    // this refuses the same way for callers that bypass the action.
+    void runCommand(const QString& command);
+
+    // The active document window: the area's active one, or, while another
+    // program has the focus, the last one activated. Null with none open.
+    QMdiSubWindow* activeDocumentWindow() const;
+
+    // How a document window reports its state to the availability table.
+    // The default reads a text edit inside the window.
+    using DocumentStateReader = std::function<std::optional<ActiveDocumentState>(QMdiSubWindow*)>;
+    void setDocumentStateReader(DocumentStateReader reader) { m_stateReader = std::move(reader); }
+
+    // Recomputes and applies command availability for the active document;
+    // with none open the whole group goes off.
+    void refreshMenuStatus();
+    // The blanket switch, applied at once.
+    void EnableOrDisableAllMenuAndButtons(bool enable);
+    const MenuStatus& menuStatus() const { return m_status; }
+
+    // The screen's fonts and the sizes 5 to 72 into the font bar.
+    void LoadFonts();
+    // Shows or hides the bars from the settings file, with the check marks.
+    void GetSettings();
+    // Text of a status bar panel, 1 to 5 (3 the caret's line, 5 the count).
+    void setStatusPanel(int panel, const QString& text);
 
     // Closing asks the application to end; it unloads the window itself.
     void setQueryUnload(std::function<void()> handler) { m_queryUnload = std::move(handler); }
@@ -29,10 +73,37 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    void buildFontBar();
+    void buildStatusBar();
+    void registerRoutes();
+    void watchDocument(QMdiSubWindow* sub);
+    void onDocumentActivated(QMdiSubWindow* sub);
+    void onDocumentClosed();
+    void applyStatus();
+    void toggleView(const QString& command);
+    void setViewShown(const QString& command, bool shown);
+    QWidget* viewTarget(const QString& command) const;
+    enum class Arrangement { Cascade, TileHorizontal, TileVertical, Icons };
+    void arrangeDocuments(Arrangement how);
+    void setAllDocumentsState(Qt::WindowState state);
+
     QMdiArea* m_area;
+    CommandActions* m_commands = nullptr;
+    QToolBar* m_fontBar = nullptr;
+    QComboBox* m_fontName = nullptr;
+    QComboBox* m_fontSize = nullptr;
+    QStatusBar* m_statusBar = nullptr;
+    QList<QLabel*> m_panels;
+    QPointer<QMdiSubWindow> m_lastActive;
+    MenuStatus m_status;
+    DocumentStateReader m_stateReader;
+    QHash<QString, std::function<void()>> m_routes;
     std::function<void()> m_queryUnload;
     bool m_closing = false;
 };
+
+// The state of a plain text edit as the availability table reads it.
+ActiveDocumentState readTextEditState(const QTextEdit& edit, int documentType);
 
 // The window side of start-up and shut-down.
 class QtMainWindowHost : public MainWindowHost {

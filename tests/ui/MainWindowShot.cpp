@@ -1,0 +1,52 @@
+// Draws the main window with one document and every tool bar into a PNG,
+// for the picture in docs/. Run by scripts/screenshot-main-window.sh.
+#include "context/AppContext.h"
+#include "ui/CommandActions.h"
+#include "ui/frmMain.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QMdiSubWindow>
+#include <QPixmap>
+#include <QTextEdit>
+#include <QTimer>
+#include <QToolBar>
+#include <cstdio>
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    if (argc != 2) {
+        std::fprintf(stderr, "usage: main-window-shot OUTPUT.png\n");
+        return 2;
+    }
+    const QString output = QString::fromLocal8Bit(argv[1]);
+    frmMain window;
+    window.LoadFonts();
+    window.GetSettings();
+    window.resize(1200, 800);
+    window.show();
+    window.runCommand(QStringLiteral("mnuFileNewStandard"));
+    // Every bar on, the window bar too, which starts hidden.
+    window.commands()->action(QStringLiteral("mnuViewToolbarWindow"))->trigger();
+    if (QMdiSubWindow* sub = window.activeDocumentWindow()) {
+        if (auto* edit = qobject_cast<QTextEdit*>(sub->widget())) {
+            edit->setHtml(QStringLiteral(
+                "<p>Dear Client,</p><p>Please find enclosed the financial statements for the "
+                "year ended 31 March. <b>Kindly sign and return</b> the engagement letter.</p>"
+                "<p>Yours sincerely,</p>"));
+            edit->selectAll();
+            edit->setFocus();
+        }
+    }
+    int status = 0;
+    QTimer::singleShot(800, &window, [&] {
+        if (!window.grab().save(output, "PNG")) {
+            std::fprintf(stderr, "could not write %s\n", argv[1]);
+            status = 1;
+        }
+        window.allowClose();
+        QApplication::quit();
+    });
+    QApplication::exec();
+    return status;
+}

@@ -1,0 +1,306 @@
+#include "ui/frmMain.h"
+
+#include "app/MenuDefinition.h"
+#include "app/modMenuStatus.h"
+#include "context/AppContext.h"
+#include "files/clsINI.h"
+#include "support/TestEnvironment.h"
+#include "ui/CommandActions.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QComboBox>
+#include <QKeyEvent>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QStatusBar>
+#include <QTabBar>
+#include <QTextEdit>
+#include <QToolBar>
+#include <QToolButton>
+#include <gtest/gtest.h>
+
+namespace {
+
+// What a menu shows, walked from the widgets: "name|caption|parent" lines in
+// the order a user meets them.
+void walk(const QMenu* menu, QStringList& out) {
+    for (const QAction* a : menu->actions()) {
+        if (a->isSeparator()) {
+            continue;
+        }
+        if (const QMenu* sub = a->menu()) {
+            out << sub->objectName() + QLatin1Char('|') + sub->title() + QLatin1Char('|') +
+                       menu->objectName();
+            walk(sub, out);
+        } else {
+            out << a->objectName() + QLatin1Char('|') + a->text() + QLatin1Char('|') +
+                       menu->objectName();
+        }
+    }
+}
+
+class MainWindowTest : public ::testing::Test {
+protected:
+    ScopedAppContext context;
+    frmMain window;
+
+    void SetUp() override {
+        QGuiApplication::clipboard()->clear();
+        window.LoadFonts();
+        window.GetSettings();
+        window.show();
+    }
+
+    QTextEdit* editor() const {
+        QMdiSubWindow* sub = window.activeDocumentWindow();
+        return sub ? qobject_cast<QTextEdit*>(sub->widget()) : nullptr;
+    }
+    bool enabled(const char* command) const {
+        return window.commands()->action(QLatin1String(command))->isEnabled();
+    }
+    bool allowed(const char* command) const {
+        return window.menuStatus().isEnabled(QLatin1String(command));
+    }
+    void type(const QString& text) {
+        for (const QChar ch : text) {
+            QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(ch));
+            QApplication::sendEvent(editor(), &press);
+        }
+    }
+};
+
+TEST_F(MainWindowTest, MenuBarShowsTheCommandTableInOrder) {
+    QStringList shown;
+    for (const QAction* top : window.menuBar()->actions()) {
+        const QMenu* menu = top->menu();
+        ASSERT_NE(menu, nullptr);
+        shown << menu->objectName() + QLatin1Char('|') + menu->title() + QLatin1Char('|');
+        walk(menu, shown);
+    }
+    const QMenu* popup = window.commands()->popupMenu();
+    ASSERT_NE(popup, nullptr);
+    shown << popup->objectName() + QLatin1Char('|') + popup->title() + QLatin1Char('|');
+    walk(popup, shown);
+
+    QStringList expected;
+    for (const MenuEntry& e : menuTree()) {
+        if (e.kind != MenuEntry::Kind::SideBar) {
+            expected << e.name + QLatin1Char('|') + e.caption + QLatin1Char('|') + e.parent;
+        }
+    }
+    EXPECT_EQ(shown, expected);
+}
+
+TEST_F(MainWindowTest, AccessKeysAndShortcutsReachTheActions) {
+    for (const MenuEntry& e : menuTree()) {
+        if (e.kind != MenuEntry::Kind::Item) {
+            continue;
+        }
+        SCOPED_TRACE(e.name.toStdString());
+        const QAction* a = window.commands()->action(e.name);
+        ASSERT_NE(a, nullptr);
+        EXPECT_EQ(QKeySequence::mnemonic(a->text()), QKeySequence::mnemonic(e.caption));
+        EXPECT_EQ(a->shortcut(), QKeySequence(e.shortcut));
+    }
+    EXPECT_EQ(QKeySequence::mnemonic(window.commands()->menu(QStringLiteral("mnuFormat"))->title()),
+              QKeySequence(Qt::ALT | Qt::Key_O));
+}
+
+TEST_F(MainWindowTest, ToolBarsCarryTheirKeysAndShareTheMenuActions) {
+    for (const ToolBarDefinition& def : toolBars()) {
+        SCOPED_TRACE(def.name.toStdString());
+        const QToolBar* bar = window.findChild<QToolBar*>(def.name);
+        ASSERT_NE(bar, nullptr);
+        const QList<QAction*> actions = bar->actions();
+        ASSERT_EQ(actions.size(), qsizetype(def.buttons.size()));
+        for (std::size_t i = 0; i < def.buttons.size(); ++i) {
+            EXPECT_EQ(bar->widgetForAction(actions[qsizetype(i)])->objectName(),
+                      def.buttons[i].key);
+            EXPECT_EQ(actions[qsizetype(i)], window.commands()->action(def.buttons[i].command));
+        }
+    }
+    const auto* newButton =
+        qobject_cast<QToolButton*>(window.findChild<QToolBar*>(QStringLiteral("tbrFile"))
+                                       ->findChild<QToolButton*>(QStringLiteral("New")));
+    ASSERT_NE(newButton, nullptr);
+    ASSERT_NE(newButton->menu(), nullptr);
+    QStringList keys;
+    for (const QAction* a : newButton->menu()->actions()) {
+        keys << a->objectName();
+    }
+    EXPECT_EQ(
+        keys.join(QLatin1Char(' ')),
+        QStringLiteral("Standard Companies CompanyContacts Contacts Remittances Appointments"));
+}
+
+TEST_F(MainWindowTest, FontBarListsScreenFontsAndSizesFiveToSeventyTwo) {
+    const QComboBox* sizes = window.findChild<QComboBox*>(QStringLiteral("cboFontSize"));
+    ASSERT_NE(sizes, nullptr);
+    ASSERT_EQ(sizes->count(), 68);
+    EXPECT_EQ(sizes->itemText(0), QStringLiteral("5"));
+    EXPECT_EQ(sizes->itemText(67), QStringLiteral("72"));
+    const QComboBox* names = window.findChild<QComboBox*>(QStringLiteral("cboFontName"));
+    ASSERT_NE(names, nullptr);
+    EXPECT_GT(names->count(), 0);
+    for (int i = 0; i < names->count(); ++i) {
+        EXPECT_FALSE(names->itemText(i).startsWith(QLatin1Char('@')));
+    }
+    EXPECT_NE(window.findChild<QStatusBar*>(QStringLiteral("SB")), nullptr);
+    EXPECT_NE(window.findChild<QTabBar*>(QStringLiteral("MDITabsCtrl")), nullptr);
+    EXPECT_NE(window.findChild<QToolBar*>(QStringLiteral("picFont")), nullptr);
+}
+
+TEST_F(MainWindowTest, ACommandNotBuiltIsDisabledWithANoteEvenWithADocument) {
+    window.runCommand(QStringLiteral("mnuFileNewStandard"));
+    ASSERT_NE(editor(), nullptr);
+    editor()->selectAll();
+    for (const char* unbuilt : {"mnuFileSave", "mnuEditCut", "mnuFileOpenNormal",
+                                "mnuMergeMergeCompany", "tbrFormat.Bold", "mnuPopupCut"}) {
+        SCOPED_TRACE(unbuilt);
+        const QAction* a = window.commands()->action(QLatin1String(unbuilt));
+        EXPECT_FALSE(a->isEnabled());
+        EXPECT_EQ(a->toolTip(), notAvailableYetTip());
+    }
+    for (const char* built : {"mnuFileNewStandard", "mnuFileExit", "mnuWindowCascade",
+                              "mnuViewToolbarStandard", "mnuViewStatusBar"}) {
+        EXPECT_TRUE(enabled(built)) << built;
+    }
+}
+
+TEST_F(MainWindowTest, AvailabilityFollowsAScriptedSession) {
+    // No document: the group is off, New works.
+    EXPECT_FALSE(allowed("mnuFileClose"));
+    EXPECT_FALSE(allowed("mnuEditPaste"));
+    EXPECT_TRUE(enabled("mnuFileNewStandard"));
+
+    window.runCommand(QStringLiteral("mnuFileNewStandard"));
+    ASSERT_NE(editor(), nullptr);
+    EXPECT_EQ(window.activeDocumentWindow()->windowTitle(), QStringLiteral("Document 1"));
+    EXPECT_TRUE(allowed("mnuFileClose"));
+    EXPECT_TRUE(allowed("mnuFileSave"));
+    EXPECT_FALSE(allowed("mnuFileRevert"));
+    EXPECT_FALSE(allowed("mnuEditUndo"));
+    EXPECT_FALSE(allowed("mnuEditCut"));
+
+    type(QStringLiteral("Dear client"));
+    EXPECT_EQ(editor()->toPlainText(), QStringLiteral("Dear client"));
+    EXPECT_TRUE(allowed("mnuFileRevert"));
+    EXPECT_TRUE(allowed("mnuEditUndo"));
+    EXPECT_TRUE(allowed("tbrEdit.Undo"));
+    EXPECT_FALSE(allowed("mnuEditCopy"));
+
+    editor()->selectAll();
+    EXPECT_TRUE(allowed("mnuEditCut"));
+    EXPECT_TRUE(allowed("tbrStandard.Copy"));
+    EXPECT_TRUE(allowed("mnuFileSaveSelectionAs"));
+
+    QGuiApplication::clipboard()->setText(QStringLiteral("pasted"));
+    EXPECT_TRUE(allowed("mnuEditPaste"));
+    auto* picture = new QMimeData;
+    picture->setImageData(QImage(4, 4, QImage::Format_RGB32));
+    QGuiApplication::clipboard()->setMimeData(picture);
+    EXPECT_FALSE(allowed("mnuEditPaste"));
+
+    // What a save leaves behind: a clean document.
+    editor()->document()->setModified(false);
+    window.refreshMenuStatus();
+    EXPECT_FALSE(allowed("mnuFileRevert"));
+
+    window.activeDocumentWindow()->close();
+    QApplication::processEvents();
+    EXPECT_EQ(window.activeDocumentWindow(), nullptr);
+    EXPECT_FALSE(allowed("mnuFileClose"));
+    EXPECT_FALSE(allowed("mnuEditUndo"));
+}
+
+TEST_F(MainWindowTest, FormatBarShowsTheSelection) {
+    window.runCommand(QStringLiteral("mnuFileNewStandard"));
+    QTextCharFormat bold;
+    bold.setFontWeight(QFont::Bold);
+    editor()->setCurrentCharFormat(bold);
+    editor()->setAlignment(Qt::AlignHCenter);
+    type(QStringLiteral("Title"));
+    const auto down = [this](const char* key) {
+        return window.commands()
+            ->action(buttonCommandId(QStringLiteral("tbrFormat"), QLatin1String(key)))
+            ->isChecked();
+    };
+    EXPECT_TRUE(down("Bold"));
+    EXPECT_FALSE(down("Italic"));
+    EXPECT_TRUE(down("Center"));
+    EXPECT_FALSE(down("Left"));
+}
+
+TEST_F(MainWindowTest, ShowAndHideFlipTheCheckMarkAndTheBar) {
+    auto* bar = window.findChild<QToolBar*>(QStringLiteral("tbrWindow"));
+    QAction* item = window.commands()->action(QStringLiteral("mnuViewToolbarWindow"));
+    // Hidden by default.
+    EXPECT_FALSE(bar->isVisible());
+    EXPECT_FALSE(item->isChecked());
+    item->trigger();
+    EXPECT_TRUE(bar->isVisible());
+    EXPECT_TRUE(item->isChecked());
+    QAction* status = window.commands()->action(QStringLiteral("mnuViewStatusBar"));
+    EXPECT_TRUE(status->isChecked());
+    status->trigger();
+    EXPECT_FALSE(window.findChild<QStatusBar*>(QStringLiteral("SB"))->isVisible());
+}
+
+TEST_F(MainWindowTest, BarsComeUpAsTheSettingsSayAndTogglesAreWrittenBack) {
+    TestEnvironment env;
+    clsINI ini;
+    ini.setINIFile(env.path("QuillmerePad.ini"));
+    ini.setKeyValue(QStringLiteral("QuillmerePadToolbars"), QStringLiteral("FontToolbar"),
+                    QStringLiteral("False"));
+    ini.setKeyValue(QStringLiteral("QuillmerePadToolbars"), QStringLiteral("WindowToolbar"),
+                    QStringLiteral("1"));
+    app().iniSettings = &ini;
+    window.GetSettings();
+    EXPECT_FALSE(window.findChild<QToolBar*>(QStringLiteral("picFont"))->isVisible());
+    EXPECT_TRUE(window.findChild<QToolBar*>(QStringLiteral("tbrWindow"))->isVisible());
+    QAction* font = window.commands()->action(QStringLiteral("mnuViewToolbarFont"));
+    EXPECT_FALSE(font->isChecked());
+
+    font->trigger();
+    EXPECT_TRUE(window.findChild<QToolBar*>(QStringLiteral("picFont"))->isVisible());
+    EXPECT_EQ(
+        ini.getKeyString(QStringLiteral("QuillmerePadToolbars"), QStringLiteral("FontToolbar")),
+        QStringLiteral("True"));
+    window.commands()->action(QStringLiteral("mnuViewStatusBar"))->trigger();
+    EXPECT_EQ(
+        ini.getKeyString(QStringLiteral("QuillmerePadSettings"), QStringLiteral("ShowStatusBar")),
+        QStringLiteral("False"));
+    app().iniSettings = nullptr;
+}
+
+TEST_F(MainWindowTest, TileVerticalPutsDocumentsSideBySideAndMaximisingBringsTabsBack) {
+    window.resize(1000, 700);
+    window.runCommand(QStringLiteral("mnuFileNewStandard"));
+    window.runCommand(QStringLiteral("mnuFileNewStandard"));
+    window.commands()->action(QStringLiteral("mnuWindowTileVertical"))->trigger();
+    QMdiArea* area = window.MDIArea();
+    EXPECT_EQ(area->viewMode(), QMdiArea::SubWindowView);
+    const auto subs = area->subWindowList();
+    ASSERT_EQ(subs.size(), 2);
+    EXPECT_EQ(subs[0]->geometry().top(), subs[1]->geometry().top());
+    EXPECT_NE(subs[0]->geometry().left(), subs[1]->geometry().left());
+    EXPECT_EQ(subs[0]->width(), subs[1]->width());
+    subs[0]->showMaximized();
+    EXPECT_EQ(area->viewMode(), QMdiArea::TabbedView);
+}
+
+TEST_F(MainWindowTest, CommandsWaitWhileADocumentIsBeingCreated) {
+    app().isCreatingDocument = true;
+    window.runCommand(QStringLiteral("mnuFileNewStandard"));
+    EXPECT_TRUE(window.MDIArea()->subWindowList().isEmpty());
+    app().isCreatingDocument = false;
+    window.runCommand(QStringLiteral("mnuFileNewStandard"));
+    EXPECT_EQ(window.MDIArea()->subWindowList().size(), 1);
+}
+
+} // namespace
