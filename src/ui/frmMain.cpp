@@ -1,6 +1,7 @@
 #include "ui/frmMain.h"
 
 #include "context/AppContext.h"
+#include "ui/frmDocument.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -10,7 +11,6 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
-#include <QTextEdit>
 #include <algorithm>
 
 namespace {
@@ -29,9 +29,9 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent), m_area(new QMdiArea(thi
 }
 
 void frmMain::newDocument(int number) {
-    auto* editor = new QTextEdit;
-    editor->setAcceptRichText(true);
-    QMdiSubWindow* sub = m_area->addSubWindow(editor);
+    auto* document = new frmDocument;
+    document->DocumentCaption = QStringLiteral("Document %1").arg(number);
+    QMdiSubWindow* sub = m_area->addSubWindow(document);
     sub->setAttribute(Qt::WA_DeleteOnClose);
     sub->setWindowTitle(QStringLiteral("Document %1").arg(number));
     sub->showMaximized();
