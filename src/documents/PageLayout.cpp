@@ -159,6 +159,12 @@ void PageLayout::onSize(const QSizeF& size) {
     }
 }
 
+void PageLayout::reachPage(int page) {
+    if (page > m_knownPages) {
+        setKnownPages(page);
+    }
+}
+
 int PageLayout::withoutBlankTail(int pages) const {
     pages = std::max(1, pages);
     // A last sheet of blanks and line ends only is no sheet.
@@ -187,7 +193,8 @@ int PageLayout::totalPages() const {
     if (m_display != PageDisplay) {
         return 1;
     }
-    m_knownPages = withoutBlankTail(document()->documentLayout()->pageCount());
+    // Now that everything is laid out, whoever paints learns the count too.
+    const_cast<PageLayout*>(this)->setKnownPages(document()->documentLayout()->pageCount());
     return m_knownPages;
 }
 

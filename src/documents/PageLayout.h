@@ -69,6 +69,9 @@ public:
     int totalPages() const;
     // Pages laid out so far; never forces the layout. At least 1.
     int laidOutPages() const { return m_knownPages; }
+    // Tells the layout that a sheet exists because something (the caret)
+    // stands on it, while the background layout has not yet reported it.
+    void reachPage(int page);
     // Sheet that holds a document position, and the sheet of the caret.
     int pageOfPosition(int position) const;
     int currentPage() const;
@@ -131,6 +134,6 @@ private:
     int m_display = PageDisplay;
     int m_viewMode = PrinterWrap;
     int m_windowWidth = 0;
-    mutable int m_knownPages = 1;
+    int m_knownPages = 1;
     bool m_loading = false;
 };

@@ -2,8 +2,10 @@
 
 #include "documents/PageLayout.h"
 #include "platform/richtext/RichTextBox.h"
+#include "ui/PageViewAccessible.h"
 
 #include <QAbstractTextDocumentLayout>
+#include <QAccessible>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QPainter>
@@ -22,6 +24,11 @@ const QColor kShadow(0x40, 0x40, 0x40);
 
 PageView::PageView(RichTextBox& box, PageLayout& layout, QWidget* parent)
     : QAbstractScrollArea(parent), m_box(box), m_layout(layout) {
+    static const bool accessible = [] {
+        QAccessible::installFactory(&PageViewAccessible::factory);
+        return true;
+    }();
+    Q_UNUSED(accessible);
     setObjectName(QStringLiteral("rtfText"));
     setFocusPolicy(Qt::StrongFocus);
     viewport()->setCursor(Qt::IBeamCursor);
@@ -82,14 +89,19 @@ void PageView::resizeEvent(QResizeEvent* event) {
 }
 
 QRect PageView::caretViewportRect() const {
+    return viewportRectOf(m_box.textCursor().position());
+}
+
+QRect PageView::viewportRectOf(int position) const {
     const double scale = pixelsPerTwip();
-    const QRectF twips = m_layout.caretRect(m_box.textCursor().position());
+    const QRectF twips = m_layout.caretRect(position);
     return QRect(int(twips.left() * scale) - horizontalScrollBar()->value(),
                  int(twips.top() * scale) - verticalScrollBar()->value(), 2,
                  std::max(1, int(std::ceil(twips.height() * scale))));
 }
 
 void PageView::ensureCaretVisible() {
+    m_layout.reachPage(m_layout.currentPage());
     const QRect caret = caretViewportRect();
     const QRect view = viewport()->rect();
     if (caret.top() < 0) {

@@ -30,8 +30,10 @@ public:
     void ensureCaretVisible();
     // Screen pixels per twip at the current zoom.
     double pixelsPerTwip() const;
-    // The caret's rectangle in viewport pixels.
-    QRect caretViewportRect() const;
+    // The line rectangle of a document position in viewport pixels, and
+    // the position nearest to a viewport point.
+    QRect viewportRectOf(int position) const;
+    int positionAt(const QPoint& viewportPoint) const;
 
 Q_SIGNALS:
     void keyReleased(int key, Qt::KeyboardModifiers modifiers, const QString& typed);
@@ -53,7 +55,7 @@ protected:
 
 private:
     void updateScrollBars();
-    int positionAt(const QPoint& viewportPoint) const;
+    QRect caretViewportRect() const;
     bool moveCaret(QKeyEvent* event);
     void editKey(QKeyEvent* event);
     void restartBlink();

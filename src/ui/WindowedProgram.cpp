@@ -1,5 +1,5 @@
-#include "context/AppContext.h"
 #include "app/modMain.h"
+#include "context/AppContext.h"
 #include "ui/frmMain.h"
 
 #include <QApplication>
