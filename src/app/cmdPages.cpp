@@ -17,13 +17,10 @@ int runPagesCommand(const QStringList& args, CommandIO& io) {
     }
     ProcedureScope scope(app().errors, QStringLiteral("QuillmerePad.exe-cmdPages-runPagesCommand"));
     try {
-        const QString text = loadDocumentText(files.first());
         DocumentModel model;
         RichTextBox box;
         PageLayout layout(box, model);
-        layout.beginLoad();
-        box.setText(text);
-        layout.endLoad();
+        layout.loadFile(files.first());
         const int pages = layout.totalPages();
         for (int page = 1; page <= pages; ++page) {
             QString head = layout.sheetText(page).left(60);

@@ -1,8 +1,11 @@
 #include "documents/PageLayout.h"
 
 #include "documents/DocumentModel.h"
+#include "platform/errorClass.h"
+#include "platform/fileControl.h"
 #include "platform/richtext/RichTextBox.h"
 #include "platform/richtext/RichTextFormat.h"
+#include "platform/rtf/RtfReader.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QPainter>
@@ -119,6 +122,20 @@ void PageLayout::beginLoad() {
 void PageLayout::endLoad() {
     m_loading = false;
     bind();
+}
+
+void PageLayout::loadFile(const QString& path) {
+    const std::optional<QByteArray> bytes = fileControl::readWholeFile(path);
+    if (!bytes) {
+        throw QmError(QmError::FileNotFound, QStringLiteral("File not found"));
+    }
+    // Read into a box of its own first, so that a failed load loses nothing.
+    RichTextBox loaded;
+    loaded.LoadFile(path,
+                    RtfReader::hasRtfHeader(*bytes) ? RichTextBox::rtfRTF : RichTextBox::rtfText);
+    beginLoad();
+    m_box.setTextRTF(loaded.TextRTF());
+    endLoad();
 }
 
 void PageLayout::bind() {

@@ -63,6 +63,12 @@ public:
     // in steps, as Qt's layout does for a fresh document.
     void beginLoad();
     void endLoad();
+    // Loads a document file into the box as a document window opens it (RTF
+    // when it starts with an RTF header, plain text otherwise) with the
+    // layout switched off meanwhile. Throws QmError FileNotFound when it
+    // cannot be read and InvalidFileFormat for unreadable RTF; the box keeps
+    // its text then.
+    void loadFile(const QString& path);
     bool loading() const { return m_loading; }
 
     // Pages of the whole document: lays everything out. At least 1.

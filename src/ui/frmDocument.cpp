@@ -86,6 +86,11 @@ void frmDocument::loadText(const QString& text) {
     setupDocument(true, true);
 }
 
+void frmDocument::loadFile(const QString& path) {
+    m_layout.loadFile(path);
+    setupDocument(true, true);
+}
+
 void frmDocument::rtfTextKeyUp(int key, Qt::KeyboardModifiers modifiers, const QString& typed) {
     const bool alt = modifiers & Qt::AltModifier;
     const bool control = modifiers & Qt::ControlModifier;

@@ -87,6 +87,8 @@ public:
 
     // Loads text or RTF with the layout switched off, then paginates.
     void loadText(const QString& text);
+    // Opens a document file into the window; see PageLayout::loadFile.
+    void loadFile(const QString& path);
 
 Q_SIGNALS:
     // The caret's page or the page count changed: "Page X of Y".

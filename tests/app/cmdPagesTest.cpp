@@ -60,6 +60,20 @@ TEST(cmdPagesTest, ALongLetterPrintsOneLinePerSheetThenTheCount) {
     }
 }
 
+TEST(cmdPagesTest, TheThreePageLetterBreaksBetweenParagraphLines) {
+    const CommandRun run =
+        runPages({testDataPath(QStringLiteral("documents/three-page-letter.rtf"))});
+    ASSERT_EQ(run.status, 0) << run.err.toStdString();
+    ASSERT_EQ(run.lines.size(), 4);
+    EXPECT_EQ(run.lines.last(), QStringLiteral("pages: 3"));
+    EXPECT_TRUE(run.lines[0].startsWith(QStringLiteral("1\tHarbour & Vale Accountants 12 Quay")));
+    for (int page = 2; page <= 3; ++page) {
+        // A sheet starts with a whole word of a paragraph, never a blank line.
+        const QString head = run.lines[page - 1].section(QLatin1Char('\t'), 1);
+        EXPECT_TRUE(head.at(0).isLetter()) << head.toStdString();
+    }
+}
+
 TEST(cmdPagesTest, FixturesOpenAsTheWindowOpensThem) {
     for (const char* name : {"lo-letter.rtf", "lo-plain.rtf", "hand-edge.rtf"}) {
         const CommandRun run = runPages({testDataPath(QStringLiteral("rtf/") + name)});
