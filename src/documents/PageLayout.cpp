@@ -25,7 +25,7 @@ protected:
         switch (metric) {
         case PdmWidth:
         case PdmHeight:
-            return 1440 * 100;
+            return DeviceDpi * 100;
         case PdmWidthMM:
         case PdmHeightMM:
             return 2540;

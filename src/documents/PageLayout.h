@@ -13,10 +13,9 @@ class QTextDocument;
 class RichTextBox;
 
 // The pagination of a document window: the one RichTextBox's QTextDocument
-// laid out on a fixed 1440-dpi device (one layout unit per twip, design
-// metrics) and cut into sheets of the page's text area, so that lines and
-// page breaks are the same on screen, in PDF and on paper. The view, the
-// printer and the `pages` command all read this object; only they scale.
+// laid out on a fixed 600-dpi device (design metrics) and cut into sheets of the page's text area,
+// so that lines and page breaks are the same on screen, in PDF and on paper. The view, the printer
+// and the `pages` command all read this object; only they scale.
 //
 // Geometry is in twips. Sheets are 1-based. Positions are QTextDocument
 // positions (not the CR LF positions of RichTextBox::Text).
@@ -33,7 +32,9 @@ public:
     static constexpr int SheetGap = 150;
     static constexpr int SheetLeft = 45;
     static constexpr int ShadowOffset = 75;
-    static constexpr int DeviceDpi = 1440;
+    // A printer's resolution. Qt lays out in 26.6 fixed point, so a finer
+    // device would overflow past some 2,500 letter sheets.
+    static constexpr int DeviceDpi = 600;
 
     enum DisplayType : int { PageDisplay = 1, ContinuousDisplay = 2 };
     enum ViewMode : int { NoWrap = 0, WrapAtWindow = 1, PrinterWrap = 2 };
