@@ -1,6 +1,7 @@
 #include "documents/PageLayout.h"
 
 #include "documents/DocumentModel.h"
+#include "documents/NumberedLines.h"
 #include "platform/richtext/RichTextBox.h"
 
 #include <QTextCursor>
@@ -8,14 +9,6 @@
 #include <gtest/gtest.h>
 
 namespace {
-
-QString numberedLines(int count) {
-    QStringList all;
-    for (int i = 0; i < count; ++i) {
-        all << QStringLiteral("Line %1 of the letter").arg(i, 3, 10, QLatin1Char('0'));
-    }
-    return all.join(QLatin1String("\r\n"));
-}
 
 struct Window {
     DocumentModel model;

@@ -1,6 +1,7 @@
 #include "ui/frmDocument.h"
 
 #include "context/AppContext.h"
+#include "documents/NumberedLines.h"
 #include "platform/MsgboxClass.h"
 #include "ui/PageView.h"
 
@@ -13,14 +14,6 @@
 #include <gtest/gtest.h>
 
 namespace {
-
-QString numberedLines(int count) {
-    QStringList all;
-    for (int i = 0; i < count; ++i) {
-        all << QStringLiteral("Line %1 of the letter").arg(i, 3, 10, QLatin1Char('0'));
-    }
-    return all.join(QLatin1String("\r\n"));
-}
 
 // A shown document window with its page view found as the user's tools find it.
 struct Shown {
