@@ -106,7 +106,13 @@ void PageLayout::setViewMode(int mode) {
 }
 
 void PageLayout::setWindowWidth(int twips) {
-    m_windowWidth = std::max(0, twips);
+    twips = std::max(0, twips);
+    // The view reports its width whenever the page count changes; the same
+    // width must not lay the whole document out again.
+    if (twips == m_windowWidth) {
+        return;
+    }
+    m_windowWidth = twips;
     m_box.setWindowWidth(m_windowWidth);
     if (m_viewMode == WrapAtWindow) {
         bind();

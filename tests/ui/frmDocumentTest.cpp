@@ -164,6 +164,24 @@ TEST(frmDocumentTest, LockedResultKeepsItsTextAndAnswersAKeyWithTheMessage) {
     app().msgbox = saved;
 }
 
+TEST(frmDocumentTest, WordWrapModesRewrapTheText) {
+    Shown s;
+    s.window.loadText(numberedLines(120) + QStringLiteral("\r\n") +
+                      QString(60, QLatin1Char('w'))
+                          .replace(QLatin1String("ww"), QLatin1String("w "))
+                          .repeated(8));
+    const int wrapped = s.window.rtfText().lineCount();
+    s.window.SetViewMode(0);
+    EXPECT_EQ(s.window.rtfText().lineCount(), 121) << "no wrap: one line a paragraph";
+    s.window.SetViewMode(1);
+    QTest::keyClicks(s.view, QStringLiteral("abc"));
+    s.window.resize(500, 700);
+    QApplication::processEvents();
+    EXPECT_GT(s.window.rtfText().lineCount(), wrapped) << "a narrow window wraps more";
+    s.window.SetViewMode(2);
+    EXPECT_EQ(s.window.rtfText().lineCount(), wrapped);
+}
+
 TEST(frmDocumentTest, ControlWheelZoomsWithinItsBounds) {
     Shown s;
     auto* view = static_cast<PageView*>(s.view);
