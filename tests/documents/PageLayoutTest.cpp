@@ -128,6 +128,21 @@ TEST(PageLayoutTest, NoWrapKeepsALongParagraphOnOneLine) {
     EXPECT_GT(w.box.lineCount(), 1);
 }
 
+// Paragraph spacing of half an inch must stand half an inch on the sheet,
+// not six times that, although the layout runs at printer resolution.
+TEST(PageLayoutTest, ParagraphSpacingIsNotScaledTwiceOnTheDevice) {
+    Window w;
+    w.box.setText(QStringLiteral("{\\rtf1\\ansi\\deff0\\fs24 One\\par Two\\par\\pard\\sa720 Three"
+                                 "\\par Four\\par}"));
+    auto topOf = [&](const char* word) {
+        const int at = w.box.document()->toPlainText().indexOf(QLatin1String(word));
+        return w.layout.caretRect(at).top();
+    };
+    const double line = topOf("Two") - topOf("One");
+    const double spaced = topOf("Four") - topOf("Three");
+    EXPECT_NEAR(spaced - line, 720, 30);
+}
+
 // Margins wider than the page must not stop pagination or hang it.
 TEST(PageLayoutTest, MarginsWiderThanThePageStillLayOut) {
     Window w;
