@@ -15,6 +15,7 @@ const std::vector<CommandEntry>& headlessCommands() {
         {"check", "check TEMPLATE [--database DB [--all]] [--province N]", runCheckCommand},
         {"merge", "merge TEMPLATE --database DB --out ROOT [--type N] [--ids LIST | --all | --tasks CRITERIA | --appointments CRITERIA] [--today YYYY-MM-DD] [--province N] [--report] (exit status 3: some letters not filed)", runMergeCommand},
         {"text", "text FILE", runTextCommand},
+        {"pages", "pages DOC", runPagesCommand},
         {"convert", "convert IN OUT", runConvertCommand},
         {"spell", "spell FILE [--tolerance N] [--folder DIR]", runSpellCommand},
         {"sample-db", "sample-db PATH [--clients N] [--seed S] [--date YYYY-MM-DD]", runSampleDbCommand},

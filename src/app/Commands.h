@@ -12,3 +12,4 @@ int runConvertCommand(const QStringList& args, CommandIO& io);
 int runCheckCommand(const QStringList& args, CommandIO& io);
 int runMergeCommand(const QStringList& args, CommandIO& io);
 int runTreeCommand(const QStringList& args, CommandIO& io);
+int runPagesCommand(const QStringList& args, CommandIO& io);

@@ -4,6 +4,8 @@
 #include "context/AppContext.h"
 #include "files/clsINI.h"
 #include "ui/CommandActions.h"
+#include "ui/PageView.h"
+#include "ui/frmDocument.h"
 
 #include <QAction>
 #include <QApplication>
@@ -64,15 +66,17 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent), m_area(new QMdiArea(thi
         }
     }
     m_stateReader = [](QMdiSubWindow* sub) -> std::optional<ActiveDocumentState> {
-        auto* edit = qobject_cast<QTextEdit*>(sub->widget());
-        if (!edit) {
-            edit = sub->widget() ? sub->widget()->findChild<QTextEdit*>() : nullptr;
+        if (auto* document = qobject_cast<frmDocument*>(sub->widget())) {
+            return readTextState(*document->rtfText().document(),
+                                 document->rtfText().textCursor(), document->documentType());
         }
+        auto* edit = sub->widget() ? qobject_cast<QTextEdit*>(sub->widget()) : nullptr;
         if (!edit) {
             return std::nullopt;
         }
         const QVariant type = sub->widget()->property("documentType");
-        return readTextEditState(*edit, type.isValid() ? type.toInt() : 0);
+        return readTextState(*edit->document(), edit->textCursor(),
+                             type.isValid() ? type.toInt() : 0);
     };
     EnableOrDisableAllMenuAndButtons(false);
 }
@@ -234,20 +238,18 @@ void frmMain::LoadFonts() {
 }
 
 void frmMain::newDocument(int number) {
-    auto* editor = new QTextEdit;
-    editor->setAcceptRichText(true);
-    QMdiSubWindow* sub = m_area->addSubWindow(editor);
+    auto* document = new frmDocument;
+    document->DocumentCaption = QStringLiteral("Document %1").arg(number);
+    QMdiSubWindow* sub = m_area->addSubWindow(document);
     sub->setAttribute(Qt::WA_DeleteOnClose);
     sub->setWindowTitle(QStringLiteral("Document %1").arg(number));
-    editor->setContextMenuPolicy(Qt::CustomContextMenu);
-    connect(editor, &QWidget::customContextMenuRequested, this, [this, editor](const QPoint& at) {
-        m_commands->popupMenu()->exec(editor->mapToGlobal(at));
-    });
-    for (auto signal : {&QTextEdit::selectionChanged, &QTextEdit::textChanged,
-                        &QTextEdit::cursorPositionChanged}) {
-        connect(editor, signal, this, &frmMain::refreshMenuStatus);
-    }
-    connect(editor, &QTextEdit::undoAvailable, this, &frmMain::refreshMenuStatus);
+    connect(document->pageView(), &PageView::contextMenuWanted, this,
+            [this](const QPoint& at) { m_commands->popupMenu()->exec(at); });
+    connect(&document->rtfText(), &RichTextBox::changed, this, &frmMain::refreshMenuStatus);
+    connect(&document->rtfText(), &RichTextBox::selectionChanged, this,
+            &frmMain::refreshMenuStatus);
+    connect(document->rtfText().document(), &QTextDocument::undoAvailable, this,
+            &frmMain::refreshMenuStatus);
     watchDocument(sub);
     sub->showMaximized();
     // An area without the focus does not activate what it adds.
@@ -390,12 +392,12 @@ void frmMain::closeEvent(QCloseEvent* event) {
     m_queryUnload();
 }
 
-ActiveDocumentState readTextEditState(const QTextEdit& edit, int documentType) {
+ActiveDocumentState readTextState(const QTextDocument& text, const QTextCursor& cursor,
+                                  int documentType) {
     using Alignment = ActiveDocumentState::Alignment;
     ActiveDocumentState s;
     s.documentType = documentType;
-    const QTextDocument* doc = edit.document();
-    const QTextCursor cursor = edit.textCursor();
+    const QTextDocument* doc = &text;
     s.changed = doc->isModified();
     s.hasSelection = cursor.hasSelection();
     s.canUndo = doc->isUndoAvailable();

@@ -16,7 +16,8 @@ class QLabel;
 class QMdiArea;
 class QMdiSubWindow;
 class QStatusBar;
-class QTextEdit;
+class QTextCursor;
+class QTextDocument;
 class QToolBar;
 
 // The main window: the frame around the document windows, with the menus,
@@ -102,8 +103,9 @@ private:
     bool m_closing = false;
 };
 
-// The state of a plain text edit as the availability table reads it.
-ActiveDocumentState readTextEditState(const QTextEdit& edit, int documentType);
+// The state of a document's text and caret as the availability table reads it.
+ActiveDocumentState readTextState(const QTextDocument& text, const QTextCursor& cursor,
+                                  int documentType);
 
 // The window side of start-up and shut-down.
 class QtMainWindowHost : public MainWindowHost {

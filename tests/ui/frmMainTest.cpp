@@ -6,6 +6,8 @@
 #include "files/clsINI.h"
 #include "support/TestEnvironment.h"
 #include "ui/CommandActions.h"
+#include "ui/PageView.h"
+#include "ui/frmDocument.h"
 
 #include <QAction>
 #include <QApplication>
@@ -19,7 +21,8 @@
 #include <QMimeData>
 #include <QStatusBar>
 #include <QTabBar>
-#include <QTextEdit>
+#include <QTextCursor>
+#include <QTextDocument>
 #include <QToolBar>
 #include <QToolButton>
 #include <gtest/gtest.h>
@@ -56,9 +59,15 @@ protected:
         window.show();
     }
 
-    QTextEdit* editor() const {
+    frmDocument* editor() const {
         QMdiSubWindow* sub = window.activeDocumentWindow();
-        return sub ? qobject_cast<QTextEdit*>(sub->widget()) : nullptr;
+        return sub ? qobject_cast<frmDocument*>(sub->widget()) : nullptr;
+    }
+    QTextDocument* text() const { return editor()->rtfText().document(); }
+    void selectAll() {
+        QTextCursor all = editor()->rtfText().textCursor();
+        all.select(QTextCursor::Document);
+        editor()->rtfText().setTextCursor(all);
     }
     bool enabled(const char* command) const {
         return window.commands()->action(QLatin1String(command))->isEnabled();
@@ -69,7 +78,7 @@ protected:
     void type(const QString& text) {
         for (const QChar ch : text) {
             QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(ch));
-            QApplication::sendEvent(editor(), &press);
+            QApplication::sendEvent(editor()->pageView(), &press);
         }
     }
 };
@@ -158,7 +167,7 @@ TEST_F(MainWindowTest, FontBarListsScreenFontsAndSizesFiveToSeventyTwo) {
 TEST_F(MainWindowTest, ACommandNotBuiltIsDisabledWithANoteEvenWithADocument) {
     window.runCommand(QStringLiteral("mnuFileNewStandard"));
     ASSERT_NE(editor(), nullptr);
-    editor()->selectAll();
+    selectAll();
     for (const char* unbuilt : {"mnuFileSave", "mnuEditCut", "mnuFileOpenNormal",
                                 "mnuMergeMergeCompany", "tbrFormat.Bold", "mnuPopupCut"}) {
         SCOPED_TRACE(unbuilt);
@@ -188,13 +197,13 @@ TEST_F(MainWindowTest, AvailabilityFollowsAScriptedSession) {
     EXPECT_FALSE(allowed("mnuEditCut"));
 
     type(QStringLiteral("Dear client"));
-    EXPECT_EQ(editor()->toPlainText(), QStringLiteral("Dear client"));
+    EXPECT_EQ(text()->toPlainText(), QStringLiteral("Dear client"));
     EXPECT_TRUE(allowed("mnuFileRevert"));
     EXPECT_TRUE(allowed("mnuEditUndo"));
     EXPECT_TRUE(allowed("tbrEdit.Undo"));
     EXPECT_FALSE(allowed("mnuEditCopy"));
 
-    editor()->selectAll();
+    selectAll();
     EXPECT_TRUE(allowed("mnuEditCut"));
     EXPECT_TRUE(allowed("tbrStandard.Copy"));
     EXPECT_TRUE(allowed("mnuFileSaveSelectionAs"));
@@ -207,7 +216,7 @@ TEST_F(MainWindowTest, AvailabilityFollowsAScriptedSession) {
     EXPECT_FALSE(allowed("mnuEditPaste"));
 
     // What a save leaves behind: a clean document.
-    editor()->document()->setModified(false);
+    text()->setModified(false);
     window.refreshMenuStatus();
     EXPECT_FALSE(allowed("mnuFileRevert"));
 
@@ -220,11 +229,11 @@ TEST_F(MainWindowTest, AvailabilityFollowsAScriptedSession) {
 
 TEST_F(MainWindowTest, FormatBarShowsTheSelection) {
     window.runCommand(QStringLiteral("mnuFileNewStandard"));
-    QTextCharFormat bold;
-    bold.setFontWeight(QFont::Bold);
-    editor()->setCurrentCharFormat(bold);
-    editor()->setAlignment(Qt::AlignHCenter);
     type(QStringLiteral("Title"));
+    selectAll();
+    editor()->rtfText().setSelBold(true);
+    editor()->rtfText().setSelAlignment(RichTextBox::rtfCenter);
+    window.refreshMenuStatus();
     const auto down = [this](const char* key) {
         return window.commands()
             ->action(buttonCommandId(QStringLiteral("tbrFormat"), QLatin1String(key)))

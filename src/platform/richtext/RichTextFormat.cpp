@@ -54,8 +54,11 @@ void scaleBlockFormat(QTextBlockFormat& format, double scale) {
     format.setLeftMargin(format.intProperty(LeftIndentTwips) * scale);
     format.setRightMargin(format.intProperty(RightIndentTwips) * scale);
     format.setTextIndent(format.intProperty(FirstLineTwips) * scale);
-    format.setTopMargin(format.intProperty(SpaceBeforeTwips) * scale);
-    format.setBottomMargin(format.intProperty(SpaceAfterTwips) * scale);
+    // Qt's layout scales paragraph spacing itself from the screen's
+    // resolution to its paint device's, and indents not: spacing stays in
+    // screen units whatever the device.
+    format.setTopMargin(format.intProperty(SpaceBeforeTwips) * screenUnitsPerTwip());
+    format.setBottomMargin(format.intProperty(SpaceAfterTwips) * screenUnitsPerTwip());
     const int spacing = format.intProperty(LineSpacingTwips);
     if (spacing == 0) {
         format.setLineHeight(100, QTextBlockFormat::SingleHeight);

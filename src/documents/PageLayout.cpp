@@ -1,0 +1,431 @@
+#include "documents/PageLayout.h"
+
+#include "documents/DocumentModel.h"
+#include "platform/errorClass.h"
+#include "platform/fileControl.h"
+#include "platform/richtext/RichTextBox.h"
+#include "platform/richtext/RichTextFormat.h"
+#include "platform/rtf/RtfReader.h"
+
+#include <QAbstractTextDocumentLayout>
+#include <QPainter>
+#include <QTextBlock>
+#include <QTextDocument>
+#include <QTextLayout>
+#include <algorithm>
+#include <cmath>
+
+// Answers metrics only: the layout measures fonts on it and never draws.
+class PageLayout::FixedDevice : public QPaintDevice {
+public:
+    QPaintEngine* paintEngine() const override { return nullptr; }
+
+protected:
+    int metric(PaintDeviceMetric metric) const override {
+        switch (metric) {
+        case PdmWidth:
+        case PdmHeight:
+            return DeviceDpi * 100;
+        case PdmWidthMM:
+        case PdmHeightMM:
+            return 2540;
+        case PdmNumColors:
+            return 1 << 24;
+        case PdmDepth:
+            return 24;
+        case PdmDpiX:
+        case PdmDpiY:
+        case PdmPhysicalDpiX:
+        case PdmPhysicalDpiY:
+            return DeviceDpi;
+        case PdmDevicePixelRatio:
+            return 1;
+        case PdmDevicePixelRatioScaled:
+            return int(QPaintDevice::devicePixelRatioFScale());
+        }
+        return 0;
+    }
+};
+
+namespace {
+
+// Page size and orientation agree: portrait is never wider than high,
+// landscape never higher than wide.
+QSize pageSize(const DocumentModel& model) {
+    int width = model.getPageWidth();
+    int height = model.getPageHeight();
+    const bool portrait = model.getDocumentOrientation() == 1;
+    if (portrait ? width > height : height > width) {
+        std::swap(width, height);
+    }
+    return {width, height};
+}
+
+QSize textSize(const DocumentModel& model) {
+    const QSize page = pageSize(model);
+    return {std::max(1, page.width() - model.getLeftMargin() - model.getRightMargin()),
+            std::max(1, page.height() - model.getTopMargin() - model.getBottomMargin())};
+}
+
+} // namespace
+
+PageLayout::PageLayout(RichTextBox& box, const DocumentModel& model, QObject* parent)
+    : QObject(parent), m_box(box), m_model(model), m_device(std::make_unique<FixedDevice>()) {
+    QTextDocument* doc = document();
+    doc->setUseDesignMetrics(true);
+    doc->setDocumentMargin(0);
+    QAbstractTextDocumentLayout* layout = doc->documentLayout();
+    connect(layout, &QAbstractTextDocumentLayout::pageCountChanged, this, &PageLayout::onPageCount);
+    connect(layout, &QAbstractTextDocumentLayout::documentSizeChanged, this, &PageLayout::onSize);
+    connect(layout, &QAbstractTextDocumentLayout::update, this, &PageLayout::updateRequest);
+    bind();
+}
+
+PageLayout::~PageLayout() = default;
+
+QTextDocument* PageLayout::document() const {
+    return m_box.document();
+}
+
+QPaintDevice* PageLayout::device() const {
+    return m_device.get();
+}
+
+void PageLayout::setupDocument() {
+    bind();
+}
+
+void PageLayout::setDisplayType(int type) {
+    m_display = type == ContinuousDisplay ? ContinuousDisplay : PageDisplay;
+    bind();
+}
+
+void PageLayout::setViewMode(int mode) {
+    m_viewMode = (mode == NoWrap || mode == WrapAtWindow) ? mode : PrinterWrap;
+    bind();
+}
+
+void PageLayout::setWindowWidth(int twips) {
+    twips = std::max(0, twips);
+    // The view reports its width whenever the page count changes; the same
+    // width must not lay the whole document out again.
+    if (twips == m_windowWidth) {
+        return;
+    }
+    m_windowWidth = twips;
+    m_box.setWindowWidth(m_windowWidth);
+    if (m_viewMode == WrapAtWindow) {
+        bind();
+    }
+}
+
+void PageLayout::beginLoad() {
+    m_loading = true;
+    // A null page size makes Qt's layout ignore every change.
+    document()->setPageSize(QSizeF(0, 0));
+}
+
+void PageLayout::endLoad() {
+    m_loading = false;
+    bind();
+}
+
+void PageLayout::loadFile(const QString& path) {
+    const std::optional<QByteArray> bytes = fileControl::readWholeFile(path);
+    if (!bytes) {
+        throw QmError(QmError::FileNotFound, QStringLiteral("File not found"));
+    }
+    // Read into a box of its own first, so that a failed load loses nothing.
+    RichTextBox loaded;
+    loaded.LoadFile(path,
+                    RtfReader::hasRtfHeader(*bytes) ? RichTextBox::rtfRTF : RichTextBox::rtfText);
+    beginLoad();
+    m_box.setTextRTF(loaded.TextRTF());
+    endLoad();
+}
+
+void PageLayout::bind() {
+    if (m_loading) {
+        return;
+    }
+    const QSize text = textSize(m_model);
+    // Binding sets the text width, which also switches pagination off.
+    m_box.setWindowWidth(m_windowWidth);
+    m_box.setViewMode(m_viewMode, m_device.get(), text.width());
+    if (m_display == PageDisplay) {
+        QTextDocument* doc = document();
+        doc->setPageSize(QSizeF(doc->textWidth(), text.height() * unitsPerTwip()));
+    }
+    setKnownPages(1);
+}
+
+double PageLayout::unitsPerTwip() const {
+    return RichTextFormat::unitsPerTwip(*document());
+}
+
+double PageLayout::pageStride() const {
+    return textSize(m_model).height() * unitsPerTwip();
+}
+
+void PageLayout::onPageCount(int pages) {
+    setKnownPages(m_display == PageDisplay ? pages : 1);
+}
+
+void PageLayout::onSize(const QSizeF& size) {
+    // The size Qt reports as its layout proceeds; counting from it lays
+    // nothing out, unlike asking the layout for its page count.
+    if (m_display == PageDisplay) {
+        const double pages = size.height() / std::max(1.0, pageStride());
+        setKnownPages(int(std::ceil(pages - 1e-6)));
+    } else {
+        setKnownPages(1);
+    }
+}
+
+void PageLayout::reachPage(int page) {
+    if (page > m_knownPages) {
+        setKnownPages(page);
+    }
+}
+
+int PageLayout::withoutBlankTail(int pages) const {
+    pages = std::max(1, pages);
+    // A last sheet of blanks and line ends only is no sheet.
+    while (pages > 1) {
+        const int from = firstPositionOfSheet(pages);
+        QTextCursor cursor(document());
+        cursor.setPosition(from);
+        cursor.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
+        if (!cursor.selectedText().trimmed().isEmpty()) {
+            break;
+        }
+        --pages;
+    }
+    return pages;
+}
+
+void PageLayout::setKnownPages(int pages) {
+    pages = m_loading ? 1 : withoutBlankTail(pages);
+    if (pages != m_knownPages) {
+        m_knownPages = pages;
+        Q_EMIT pagesChanged(pages);
+    }
+}
+
+int PageLayout::totalPages() const {
+    if (m_display != PageDisplay) {
+        return 1;
+    }
+    // Now that everything is laid out, whoever paints learns the count too.
+    const_cast<PageLayout*>(this)->setKnownPages(document()->documentLayout()->pageCount());
+    return m_knownPages;
+}
+
+int PageLayout::pageOfY(double layoutY) const {
+    if (m_display != PageDisplay) {
+        return 1;
+    }
+    return std::max(1, int(std::floor(layoutY / pageStride())) + 1);
+}
+
+double PageLayout::lineTop(int position) const {
+    QTextDocument* doc = document();
+    const QTextBlock block = doc->findBlock(std::clamp(position, 0, doc->characterCount() - 1));
+    if (!block.isValid()) {
+        return 0;
+    }
+    const QRectF rect = doc->documentLayout()->blockBoundingRect(block);
+    const QTextLayout* layout = block.layout();
+    if (layout == nullptr || layout->lineCount() == 0) {
+        return rect.top();
+    }
+    const double origin = rect.top() - layout->boundingRect().top();
+    QTextLine line = layout->lineForTextPosition(position - block.position());
+    if (!line.isValid()) {
+        line = layout->lineAt(layout->lineCount() - 1);
+    }
+    return origin + line.y();
+}
+
+int PageLayout::pageOfPosition(int position) const {
+    return pageOfY(lineTop(position) + 0.5);
+}
+
+int PageLayout::currentPage() const {
+    return pageOfPosition(m_box.textCursor().position());
+}
+
+int PageLayout::firstPositionOfSheet(int page) const {
+    QTextDocument* doc = document();
+    const int end = doc->characterCount() - 1;
+    if (page <= 1) {
+        return 0;
+    }
+    if (m_display != PageDisplay) {
+        return end;
+    }
+    const double top = (page - 1) * pageStride();
+    // Blocks stand in document order from the top: find the first block
+    // whose bottom lies below the sheet's top, then its first line there.
+    int low = 0;
+    int high = doc->blockCount() - 1;
+    QAbstractTextDocumentLayout* layout = doc->documentLayout();
+    while (low < high) {
+        const int mid = (low + high) / 2;
+        if (layout->blockBoundingRect(doc->findBlockByNumber(mid)).bottom() <= top) {
+            low = mid + 1;
+        } else {
+            high = mid;
+        }
+    }
+    for (QTextBlock block = doc->findBlockByNumber(low); block.isValid(); block = block.next()) {
+        const QTextLayout* blockLayout = block.layout();
+        const QRectF rect = layout->blockBoundingRect(block);
+        const double origin = rect.top() - (blockLayout ? blockLayout->boundingRect().top() : 0);
+        const int lines = blockLayout ? blockLayout->lineCount() : 0;
+        for (int i = 0; i < lines; ++i) {
+            const QTextLine line = blockLayout->lineAt(i);
+            if (origin + line.y() + 0.5 >= top) {
+                return block.position() + line.textStart();
+            }
+        }
+    }
+    return end;
+}
+
+int PageLayout::endPositionOfSheet(int page) const {
+    const int end = document()->characterCount() - 1;
+    if (m_display != PageDisplay) {
+        return end;
+    }
+    if (page >= totalPages()) {
+        return end;
+    }
+    return firstPositionOfSheet(page + 1);
+}
+
+QString PageLayout::sheetText(int page) const {
+    const int from = firstPositionOfSheet(page);
+    const int to = endPositionOfSheet(page);
+    if (to <= from) {
+        return {};
+    }
+    QTextCursor cursor(document());
+    cursor.setPosition(from);
+    cursor.setPosition(to, QTextCursor::KeepAnchor);
+    QString text = cursor.selectedText();
+    text.replace(QChar::ParagraphSeparator, QLatin1Char('\n'));
+    text.replace(QChar::LineSeparator, QLatin1Char('\n'));
+    return text;
+}
+
+QRect PageLayout::sheetRect(int page) const {
+    const QSize size = pageSize(m_model);
+    int height = size.height();
+    int width = size.width();
+    if (m_display != PageDisplay) {
+        // One sheet as long as the text.
+        const double text = document()->documentLayout()->documentSize().height() / unitsPerTwip();
+        height = std::max(height, m_model.getTopMargin() + int(std::ceil(text)) +
+                                      m_model.getBottomMargin());
+    }
+    if (m_viewMode == NoWrap) {
+        const double text = document()->documentLayout()->documentSize().width() / unitsPerTwip();
+        width = std::max(width,
+                         m_model.getLeftMargin() + int(std::ceil(text)) + m_model.getRightMargin());
+    }
+    const int top = SheetTop + (std::max(1, page) - 1) * (height + SheetGap);
+    return {SheetLeft, top, width, height};
+}
+
+QRect PageLayout::shadowRect(int page) const {
+    return sheetRect(page).translated(ShadowOffset, ShadowOffset);
+}
+
+QRect PageLayout::textRect(int page) const {
+    const QRect sheet = sheetRect(page);
+    const int height = m_display == PageDisplay
+                           ? textSize(m_model).height()
+                           : sheet.height() - m_model.getTopMargin() - m_model.getBottomMargin();
+    return {sheet.left() + m_model.getLeftMargin(), sheet.top() + m_model.getTopMargin(),
+            std::max(1, sheet.width() - m_model.getLeftMargin() - m_model.getRightMargin()),
+            std::max(1, height)};
+}
+
+QSize PageLayout::columnSize(int pages) const {
+    const QRect last = shadowRect(std::max(1, pages));
+    return {last.right() + 1 + SheetLeft, last.bottom() + 1 + SheetGap};
+}
+
+int PageLayout::sheetAtY(int yTwips, int pages) const {
+    const QRect first = sheetRect(1);
+    const int stride = first.height() + SheetGap;
+    const int page = (yTwips - SheetTop + SheetGap / 2) / std::max(1, stride) + 1;
+    return std::clamp(page, 1, std::max(1, pages));
+}
+
+QPointF PageLayout::layoutToColumn(const QPointF& layoutPoint) const {
+    const double units = unitsPerTwip();
+    const int page = pageOfY(layoutPoint.y());
+    const double withinPage =
+        m_display == PageDisplay ? layoutPoint.y() - (page - 1) * pageStride() : layoutPoint.y();
+    const QRect text = textRect(page);
+    return {text.left() + layoutPoint.x() / units, text.top() + withinPage / units};
+}
+
+QPointF PageLayout::columnToLayout(const QPoint& twips, int page) const {
+    const double units = unitsPerTwip();
+    const QRect text = textRect(page);
+    const double offset = m_display == PageDisplay ? (page - 1) * pageStride() : 0;
+    return {(twips.x() - text.left()) * units, offset + (twips.y() - text.top()) * units};
+}
+
+QRectF PageLayout::caretRect(int position) const {
+    QTextDocument* doc = document();
+    const QTextBlock block = doc->findBlock(std::clamp(position, 0, doc->characterCount() - 1));
+    const double units = unitsPerTwip();
+    double x = 0;
+    double height = 240 * units;
+    if (block.isValid() && block.layout() != nullptr && block.layout()->lineCount() > 0) {
+        QTextLine line = block.layout()->lineForTextPosition(position - block.position());
+        if (!line.isValid()) {
+            line = block.layout()->lineAt(block.layout()->lineCount() - 1);
+        }
+        x = line.cursorToX(position - block.position()) + block.layout()->position().x();
+        height = line.height();
+    }
+    const QPointF top = layoutToColumn(QPointF(x, lineTop(position) + 0.5));
+    return {top.x(), std::floor(top.y()), 15, height / units};
+}
+
+void PageLayout::paintSheetText(QPainter& painter, int page, int caret,
+                                const std::vector<Highlight>& selections) const {
+    const double units = unitsPerTwip();
+    const QRect text = textRect(page);
+    const double offset = m_display == PageDisplay ? (page - 1) * pageStride() : 0;
+    const double height = m_display == PageDisplay ? pageStride() : text.height() * units;
+    // Text may run into the right margin (a long word, no wrap), never past
+    // the sheet.
+    const double width = (sheetRect(page).right() - text.left()) * units;
+    painter.save();
+    painter.translate(text.left(), text.top());
+    painter.scale(1 / units, 1 / units);
+    painter.translate(0, -offset);
+    const QRectF clip(0, offset, width, height);
+    painter.setClipRect(clip, Qt::IntersectClip);
+    QAbstractTextDocumentLayout::PaintContext context;
+    context.clip = clip;
+    context.cursorPosition = caret;
+    context.palette.setColor(QPalette::Text, Qt::black);
+    for (const Highlight& h : selections) {
+        QAbstractTextDocumentLayout::Selection selection;
+        selection.cursor = QTextCursor(document());
+        selection.cursor.setPosition(h.start);
+        selection.cursor.setPosition(h.end, QTextCursor::KeepAnchor);
+        selection.format.setBackground(QColor(0x33, 0x66, 0xcc));
+        selection.format.setForeground(Qt::white);
+        context.selections.push_back(selection);
+    }
+    document()->documentLayout()->draw(&painter, context);
+    painter.restore();
+}
