@@ -97,7 +97,10 @@ int checkForDefaultContact(int companyID, bool repair) {
     {
         ScopedRecordset rs(*db, companyLinksSql(companyID));
         if (!rs.hasRecords()) {
-            setNoContactAsDefault(companyID);
+            // A read-only practice is read as it stands; the repair waits
+            // for a connection that may write.
+            if (!db->isReadOnly())
+                setNoContactAsDefault(companyID);
             return -1;
         }
         firstContact = toID(rs.field(QStringLiteral("ContactIDNum")));
@@ -109,7 +112,8 @@ int checkForDefaultContact(int companyID, bool repair) {
     }
     if (repair) {
         result = firstContact;
-        setContactAsDefault(result, companyID);
+        if (!db->isReadOnly())
+            setContactAsDefault(result, companyID);
     }
     return result;
 }

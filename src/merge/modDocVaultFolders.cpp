@@ -60,6 +60,12 @@ QString clientFolder(const QString& keyColumn, int id, const QString& subfolder,
     const QString result = fileControl::AddBackslash(base + relative);
     requireInsideVault(result, base);
     makeFolder(result);
+    if (db->isReadOnly()) {
+        // The letter is still filed; only the record of its folder waits for
+        // a connection that may write (the user was told on connecting).
+        index->remember(keyColumn, id, relative);
+        return result;
+    }
     // The client's own row, opened by its key for the write.
     const int rs = db->openRecordset(
         QStringLiteral("SELECT ClientDocumentStorage.* FROM ClientDocumentStorage WHERE "

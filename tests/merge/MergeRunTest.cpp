@@ -132,3 +132,43 @@ TEST_F(MergeRunTest, RequestsThatCannotBeMergedAreRefused) {
 }
 
 } // namespace
+
+namespace {
+
+// A practice on a read-only medium: the default-contact repair and the
+// folder rows cannot be saved, and the merge failed on the first write.
+TEST_F(MergeRunTest, AReadOnlyPracticeFailedToMergeBecauseRepairsWrote) {
+    db->exec("UPDATE ContactLinks SET DefaultContact = 0;");
+    db->db().disconnect();
+    db->db().setOpenReadOnly(true);
+    db->db().connect();
+    ASSERT_TRUE(db->db().isReadOnly());
+
+    request.model.InformationType = InformationKind::Companies;
+    request.recipients = MergeRequest::Recipients::All;
+    MergeRun run(request);
+    ASSERT_EQ(run.merge(fields, db->db(), progress), MergeRun::Outcome::Merged);
+    QStringList filed;
+    EXPECT_EQ(run.file(fields, db->db(), progress,
+                       [&filed](const MergedRecord& r) {
+                           if (r.failure.isEmpty())
+                               filed << r.savedPath;
+                       }),
+              0);
+    EXPECT_EQ(filed.size(), 3);
+
+    // Nothing was written to the practice's file.
+    db->db().disconnect();
+    db->db().setOpenReadOnly(false);
+    db->db().connect();
+    const int links = db->db().openRecordset("SELECT ContactLinks.ContactIDNum FROM ContactLinks "
+                                             "WHERE ContactLinks.DefaultContact <> 0;");
+    EXPECT_FALSE(db->db().hasRecords(links));
+    db->db().closeRecordset(links);
+    const int rows =
+        db->db().openRecordset("SELECT ClientDocumentStorage.* FROM ClientDocumentStorage;");
+    EXPECT_FALSE(db->db().hasRecords(rows));
+    db->db().closeRecordset(rows);
+}
+
+} // namespace
