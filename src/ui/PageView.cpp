@@ -88,6 +88,14 @@ void PageView::resizeEvent(QResizeEvent* event) {
     updateScrollBars();
 }
 
+int PageView::centringInset() const {
+    // A column narrower than the window stands in its middle, as sheets do
+    // on a desk; a wider one scrolls from its left edge.
+    const int width =
+        int(std::ceil(m_layout.columnSize(m_layout.laidOutPages()).width() * pixelsPerTwip()));
+    return std::max(0, (viewport()->width() - width) / 2);
+}
+
 QRect PageView::caretViewportRect() const {
     return viewportRectOf(m_box.textCursor().position());
 }
@@ -95,7 +103,7 @@ QRect PageView::caretViewportRect() const {
 QRect PageView::viewportRectOf(int position) const {
     const double scale = pixelsPerTwip();
     const QRectF twips = m_layout.caretRect(position);
-    return QRect(int(twips.left() * scale) - horizontalScrollBar()->value(),
+    return QRect(int(twips.left() * scale) - horizontalScrollBar()->value() + centringInset(),
                  int(twips.top() * scale) - verticalScrollBar()->value(), 2,
                  std::max(1, int(std::ceil(twips.height() * scale))));
 }
@@ -123,7 +131,8 @@ void PageView::paintEvent(QPaintEvent* event) {
     painter.fillRect(event->rect(), kBackground);
     painter.setRenderHint(QPainter::TextAntialiasing);
     const double scale = pixelsPerTwip();
-    painter.translate(-horizontalScrollBar()->value(), -verticalScrollBar()->value());
+    painter.translate(centringInset() - horizontalScrollBar()->value(),
+                      -verticalScrollBar()->value());
     painter.scale(scale, scale);
     // Only the sheets in view; the page count is the one known so far.
     const int pages = m_layout.laidOutPages();
@@ -147,8 +156,9 @@ void PageView::paintEvent(QPaintEvent* event) {
 
 int PageView::positionAt(const QPoint& viewportPoint) const {
     const double scale = pixelsPerTwip();
-    const QPoint twips(int((viewportPoint.x() + horizontalScrollBar()->value()) / scale),
-                       int((viewportPoint.y() + verticalScrollBar()->value()) / scale));
+    const QPoint twips(
+        int((viewportPoint.x() - centringInset() + horizontalScrollBar()->value()) / scale),
+        int((viewportPoint.y() + verticalScrollBar()->value()) / scale));
     const int page = m_layout.sheetAtY(twips.y(), m_layout.laidOutPages());
     // Above or below the text area: the sheet's first or last line.
     const QRect text = m_layout.textRect(page);

@@ -28,6 +28,8 @@ public:
 
     // Scrolls so that the caret's line is wholly in view.
     void ensureCaretVisible();
+    // Pixels between the window's left edge and the column of sheets.
+    int centringInset() const;
     // Screen pixels per twip at the current zoom.
     double pixelsPerTwip() const;
     // The line rectangle of a document position in viewport pixels, and

@@ -215,7 +215,10 @@ TEST(frmDocumentTest, PaintsWhiteSheetsWithShadowsAndTheText) {
     auto* view = static_cast<PageView*>(s.view);
     const QImage image = view->viewport()->grab().toImage();
     const double scale = view->pixelsPerTwip();
-    auto at = [&](int x, int y) { return QColor(image.pixel(int(x * scale), int(y * scale))); };
+    const int inset = view->centringInset();
+    auto at = [&](int x, int y) {
+        return QColor(image.pixel(inset + int(x * scale), int(y * scale)));
+    };
     EXPECT_NE(at(20, 20), QColor(Qt::white)) << "the background around the sheets";
     EXPECT_EQ(at(45 + 500, 90 + 500), QColor(Qt::white)) << "the sheet's margin";
     // The shadow shows beyond the sheet's right edge.
