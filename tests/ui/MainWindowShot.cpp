@@ -2,13 +2,13 @@
 // for the picture in docs/. Run by scripts/screenshot-main-window.sh.
 #include "context/AppContext.h"
 #include "ui/CommandActions.h"
+#include "ui/frmDocument.h"
 #include "ui/frmMain.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QMdiSubWindow>
 #include <QPixmap>
-#include <QTextEdit>
 #include <QTimer>
 #include <QToolBar>
 #include <cstdio>
@@ -29,13 +29,13 @@ int main(int argc, char** argv) {
     // Every bar on, the window bar too, which starts hidden.
     window.commands()->action(QStringLiteral("mnuViewToolbarWindow"))->trigger();
     if (QMdiSubWindow* sub = window.activeDocumentWindow()) {
-        if (auto* edit = qobject_cast<QTextEdit*>(sub->widget())) {
-            edit->setHtml(QStringLiteral(
-                "<p>Dear Client,</p><p>Please find enclosed the financial statements for the "
-                "year ended 31 March. <b>Kindly sign and return</b> the engagement letter.</p>"
-                "<p>Yours sincerely,</p>"));
-            edit->selectAll();
-            edit->setFocus();
+        if (auto* document = qobject_cast<frmDocument*>(sub->widget())) {
+            document->rtfText().setTextRTF(QStringLiteral(
+                "{\\rtf1\\ansi{\\fonttbl{\\f0 Liberation Serif;}}\\f0\\fs24 Dear Client,\\par\\par "
+                "Please find enclosed the financial statements for the year ended 31 March. "
+                "{\\b Kindly sign and return} the engagement letter.\\par\\par Yours "
+                "sincerely,\\par}"));
+            document->setFocus();
         }
     }
     int status = 0;
