@@ -1,9 +1,9 @@
-#include "context/AppContext.h"
 #include "app/Commands.h"
-#include "platform/richtext/RichTextBox.h"
-#include "platform/rtf/RtfReader.h"
+#include "context/AppContext.h"
 #include "platform/errorClass.h"
 #include "platform/fileControl.h"
+#include "platform/richtext/RichTextBox.h"
+#include "platform/rtf/RtfReader.h"
 
 // quillmere-pad convert IN OUT: loads IN as the program opens a document
 // (RTF, its trailer ignored, or plain text) and writes OUT as rich text the

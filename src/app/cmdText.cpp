@@ -1,7 +1,7 @@
-#include "context/AppContext.h"
 #include "app/Commands.h"
-#include "platform/richtext/RichTextBox.h"
+#include "context/AppContext.h"
 #include "platform/errorClass.h"
+#include "platform/richtext/RichTextBox.h"
 
 // quillmere-pad text FILE: the Text of a document as the program loads it,
 // with CR LF line ends and nothing added.

@@ -78,12 +78,3 @@ TEST(fileControlTest, ReadSaysWhetherAFileIsMissingRefusedOrAFolder) {
         EXPECT_TRUE(reason.contains(QLatin1String(c.expected))) << qPrintable(reason);
     }
 }
-
-TEST(fileControlTest, NamesThatAreNotUtf8AreUsedAsTheFileSystemGivesThem) {
-    TestEnvironment env;
-    const QString name = QFile::decodeName(QByteArray("caf\xe9.txt"));
-    const QString path = QDir(env.root()).filePath(name);
-    ASSERT_TRUE(fileControl::writeFileAtomically(path, "bytes"));
-    EXPECT_TRUE(QFile::exists(QFile::decodeName(QFile::encodeName(env.root()) + "/caf\xe9.txt")));
-    EXPECT_EQ(fileControl::readWholeFile(path).value_or(QByteArray()), QByteArray("bytes"));
-}
