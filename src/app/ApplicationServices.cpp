@@ -58,6 +58,10 @@ clsInsertFieldsInRTB& ApplicationServices::createFieldInserter() {
     m_fields = std::make_unique<clsInsertFieldsInRTB>();
     m_fields->setLineBreaksAsParagraphs(false);
     m_context.fieldInserter = m_fields.get();
+    clsInsertFieldsInRTB* fields = m_fields.get();
+    m_context.rewriteRegionalFields = [fields](const QString& rtf) {
+        return fields->convertProvinceFields(rtf);
+    };
     return *m_fields;
 }
 
@@ -102,8 +106,9 @@ void ApplicationServices::closeDatabase() {
 }
 
 void ApplicationServices::releaseFieldInserter() {
-    if (m_context.fieldInserter == m_fields.get()) {
+    if (m_fields && m_context.fieldInserter == m_fields.get()) {
         m_context.fieldInserter = nullptr;
+        m_context.rewriteRegionalFields = nullptr;
     }
     m_fields.reset();
 }
