@@ -1,8 +1,10 @@
 #include "app/CommandLine.h"
 
-#include "context/AppContext.h"
 #include "app/Commands.h"
-#include "data/modFormatAddresses.h"
+#include "context/AppContext.h"
+#include "platform/fileControl.h"
+
+#include <QRegularExpression>
 
 int runVersionCommand(const QStringList& /*args*/, CommandIO& io) {
     io.out << getProgramVersion() << '\n';
@@ -13,14 +15,22 @@ const std::vector<CommandEntry>& headlessCommands() {
     static const std::vector<CommandEntry> table = {
         {"--version", "--version", runVersionCommand},
         {"check", "check TEMPLATE [--database DB [--all]] [--province N]", runCheckCommand},
-        {"merge", "merge TEMPLATE --database DB --out ROOT [--type N] [--ids LIST | --all | --tasks CRITERIA | --appointments CRITERIA] [--today YYYY-MM-DD] [--province N] [--report] (exit status 3: some letters not filed)", runMergeCommand},
+        {"merge",
+         "merge TEMPLATE --database DB --out ROOT [--type N] [--ids LIST | --all | --tasks "
+         "CRITERIA | --appointments CRITERIA] [--today YYYY-MM-DD] [--province N] [--report] "
+         "(exit status 3: some letters not filed)",
+         runMergeCommand},
         {"text", "text FILE", runTextCommand},
         {"pages", "pages DOC", runPagesCommand},
         {"convert", "convert IN OUT", runConvertCommand},
         {"spell", "spell FILE [--tolerance N] [--folder DIR]", runSpellCommand},
-        {"sample-db", "sample-db PATH [--clients N] [--seed S] [--date YYYY-MM-DD]", runSampleDbCommand},
+        {"sample-db", "sample-db PATH [--clients N] [--seed S] [--date YYYY-MM-DD]",
+         runSampleDbCommand},
         {"install-sample", "install-sample", runInstallSampleCommand},
-        {"tree", "tree --database DB [--mode companies|contacts|company-contacts|personal|firm|categories|all]", runTreeCommand},
+        {"tree",
+         "tree --database DB [--mode "
+         "companies|contacts|company-contacts|personal|firm|categories|all]",
+         runTreeCommand},
     };
     return table;
 }
@@ -40,19 +50,76 @@ bool isHeadlessInvocation(const QStringList& args) {
     return false;
 }
 
+namespace {
+
+// The options a subcommand takes are the "--" words of its usage line.
+QStringList knownOptions(const CommandEntry& entry) {
+    QStringList options;
+    const QStringList words =
+        QString::fromLatin1(entry.usage)
+            .split(QRegularExpression(QStringLiteral("[\\s\\[\\]|]+")), Qt::SkipEmptyParts);
+    for (const QString& word : words) {
+        if (word.startsWith(QLatin1String("--"))) {
+            options << word;
+        }
+    }
+    return options;
+}
+
+} // namespace
+
+QString usageText() {
+    QString text =
+        QStringLiteral("Usage: quillmere-pad [--automation | FILE ... | SUBCOMMAND ...]\n");
+    for (const auto& entry : headlessCommands()) {
+        text += QStringLiteral("  quillmere-pad ") + QLatin1String(entry.usage) + QLatin1Char('\n');
+    }
+    return text;
+}
+
+Invocation classifyArguments(const QStringList& args) {
+    Invocation result;
+    if (isHeadlessInvocation(args)) {
+        result.kind = Invocation::Kind::Headless;
+        return result;
+    }
+    for (const QString& arg : args) {
+        if (arg == QLatin1String("--automation")) {
+            result.kind = Invocation::Kind::Automation;
+        } else if (arg.startsWith(QLatin1Char('-'))) {
+            return {Invocation::Kind::UsageError, {}, QStringLiteral("Unknown option: ") + arg};
+        } else if (fileControl::FileExists(arg)) {
+            result.files << arg;
+        } else {
+            return {Invocation::Kind::UsageError,
+                    {},
+                    QStringLiteral("No such command or file: ") + arg};
+        }
+    }
+    if (result.kind == Invocation::Kind::Automation && !result.files.isEmpty()) {
+        // The host opens documents through its own calls.
+        return {Invocation::Kind::UsageError,
+                {},
+                QStringLiteral("--automation takes no files: ") + result.files.first()};
+    }
+    return result;
+}
+
 int runHeadlessCommand(const QStringList& args, CommandIO& io) {
     for (const auto& entry : headlessCommands()) {
         if (!args.isEmpty() && args.first() == QLatin1String(entry.name)) {
-            // A command that repairs a default contact rebuilds its cards,
-            // as the windows do.
-            ScopedContactCardWriter contactCards;
+            const QStringList known = knownOptions(entry);
+            for (const QString& arg : args.mid(1)) {
+                if (arg.startsWith(QLatin1String("--")) && !known.contains(arg)) {
+                    io.err << "Unknown option for " << entry.name << ": " << arg << '\n'
+                           << "Usage: quillmere-pad " << entry.usage << '\n';
+                    return 2;
+                }
+            }
             return entry.handler(args.mid(1), io);
         }
     }
-    io.out << "Usage: quillmere-pad [--automation | SUBCOMMAND ...]\n";
-    for (const auto& entry : headlessCommands()) {
-        io.out << "  quillmere-pad " << entry.usage << '\n';
-    }
+    io.out << usageText();
     return args.isEmpty() || args.first() == QLatin1String("--help") ||
                    args.first() == QLatin1String("-h")
                ? 0

@@ -2,7 +2,6 @@
 
 #include <QStringList>
 #include <QTextStream>
-
 #include <optional>
 
 // The headless subcommands: the same routines the windows call, for batch
@@ -27,6 +26,19 @@ const std::vector<CommandEntry>& headlessCommands();
 // True when the arguments (without the program name) ask for a headless
 // subcommand or for --version/--help, which need no window.
 bool isHeadlessInvocation(const QStringList& args);
+
+// What the arguments (without the program name) ask for. Anything the
+// program does not know is a usage error naming it, never ignored.
+struct Invocation {
+    enum class Kind { Windowed, Automation, Headless, UsageError };
+    Kind kind = Kind::Windowed;
+    QStringList files; // Windowed: existing files to open in the window
+    QString error;     // UsageError: what was wrong, one line
+};
+Invocation classifyArguments(const QStringList& args);
+
+// The usage text, a line per subcommand.
+QString usageText();
 
 // Runs it; the caller has made the application object.
 int runHeadlessCommand(const QStringList& args, CommandIO& io);

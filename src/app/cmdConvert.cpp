@@ -1,9 +1,9 @@
-#include "context/AppContext.h"
 #include "app/Commands.h"
-#include "platform/richtext/RichTextBox.h"
-#include "platform/rtf/RtfReader.h"
+#include "context/AppContext.h"
+#include "documents/DocumentFile.h"
 #include "platform/errorClass.h"
 #include "platform/fileControl.h"
+#include "platform/richtext/RichTextBox.h"
 
 // quillmere-pad convert IN OUT: loads IN as the program opens a document
 // (RTF, its trailer ignored, or plain text) and writes OUT as rich text the
@@ -17,14 +17,16 @@ int runConvertCommand(const QStringList& args, CommandIO& io) {
     ProcedureScope scope(app().errors,
                          QStringLiteral("QuillmerePad.exe-cmdConvert-runConvertCommand"));
     try {
-        const auto bytes = fileControl::readWholeFile(files.at(0));
-        if (!bytes) {
-            throw QmError(QmError::FileNotFound, QStringLiteral("File not found"));
-        }
         RichTextBox box;
-        box.LoadFile(files.at(0),
-                     RtfReader::hasRtfHeader(*bytes) ? RichTextBox::rtfRTF : RichTextBox::rtfText);
-        box.SaveFile(files.at(1), RichTextBox::rtfRTF);
+        DocumentFile::open(files.at(0), box,
+                           [&io](const QString& line) { io.err << "convert: " << line << '\n'; });
+        // Written here rather than by the box so that the reason of a
+        // failure (a full disk, a refused folder) reaches the user.
+        QString reason;
+        if (!fileControl::writeFileAtomically(files.at(1), box.TextRTF().toLatin1(), &reason)) {
+            throw QmError(QmError::PathFileAccessError,
+                          QStringLiteral("Path/File access error: ") + reason);
+        }
     } catch (const QmError& error) {
         io.err << "Error " << error.number() << ": " << error.description() << '\n';
         return 1;

@@ -1,6 +1,6 @@
-#include "context/AppContext.h"
 #include "app/Commands.h"
 #include "app/modMain.h"
+#include "context/AppContext.h"
 #include "data/SamplePractice.h"
 #include "files/clsINI.h"
 #include "files/clsWorkingFolderLocation.h"

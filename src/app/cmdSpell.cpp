@@ -1,9 +1,10 @@
-#include "context/AppContext.h"
+#include "app/ApplicationServices.h"
 #include "app/Commands.h"
+#include "context/AppContext.h"
 #include "files/clsWorkingFolderLocation.h"
 #include "platform/MsgboxClass.h"
-#include "platform/richtext/RichTextBox.h"
 #include "platform/errorClass.h"
+#include "platform/richtext/RichTextBox.h"
 #include "spell/SpellCheckSession.h"
 #include "spell/SpellTextTarget.h"
 #include "spell/clsSpellCheck.h"
@@ -46,12 +47,11 @@ int runSpellCommand(const QStringList& args, CommandIO& io) {
     // Read before the context below replaces the program's.
     const QString folder = wordListFolder(args);
 
-    ScriptedMsgbox messages;
-    messages.setSink([&io](const QString& text) { io.err << text << '\n'; });
-    errorClass errors;
     ScopedAppContext context;
-    context->errors = &errors;
-    context->msgbox = &messages;
+    ApplicationServices services(context.context());
+    errorClass* errors = &services.createErrors();
+    MsgboxClass* messages =
+        &services.createScriptedMessageBox([&io](const QString& text) { io.err << text << '\n'; });
 
     PlainSpellText text;
     try {
@@ -63,15 +63,15 @@ int runSpellCommand(const QStringList& args, CommandIO& io) {
 
     QDir().mkpath(folder);
     clsSpellCheck session;
-    session.setErrorClass(&errors);
-    session.setMsgboxClass(&messages);
+    session.setErrorClass(errors);
+    session.setMsgboxClass(messages);
     session.setAppName(QStringLiteral("Quillmere Pad"));
     session.setAppFolder(folder);
     session.setRTB(&text);
     session.setTolerance(tolerance);
     // The dialog's walk through the errors, skipping each one; the session's
     // messages ("There are no spelling errors", ...) go to stderr.
-    const bool ran = runGuarded(&errors, [&] {
+    const bool ran = runGuarded(errors, [&] {
         session.startSpellCheck([&io](SpellCheckSession& dialog) {
             while (!dialog.finished()) {
                 io.out << dialog.targetWord() << ':';
@@ -84,7 +84,7 @@ int runSpellCommand(const QStringList& args, CommandIO& io) {
         });
     });
     if (!ran) {
-        io.err << "spell: " << errors.lastReport().description << '\n';
+        io.err << "spell: " << errors->lastReport().description << '\n';
     }
     return ran && !session.FailedToInitializeFlag() ? 0 : 1;
 }

@@ -1,7 +1,8 @@
-#include "context/AppContext.h"
 #include "app/Commands.h"
-#include "platform/richtext/RichTextBox.h"
+#include "context/AppContext.h"
+#include "documents/DocumentFile.h"
 #include "platform/errorClass.h"
+#include "platform/richtext/RichTextBox.h"
 
 // quillmere-pad text FILE: the Text of a document as the program loads it,
 // with CR LF line ends and nothing added.
@@ -13,7 +14,10 @@ int runTextCommand(const QStringList& args, CommandIO& io) {
     }
     ProcedureScope scope(app().errors, QStringLiteral("QuillmerePad.exe-cmdText-runTextCommand"));
     try {
-        io.out << loadDocumentText(files.first());
+        RichTextBox box;
+        DocumentFile::open(files.first(), box,
+                           [&io](const QString& line) { io.err << "text: " << line << '\n'; });
+        io.out << box.Text();
         io.out.flush();
     } catch (const QmError& error) {
         io.err << "Error " << error.number() << ": " << error.description() << '\n';

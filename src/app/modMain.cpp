@@ -1,5 +1,6 @@
 #include "app/modMain.h"
 
+#include "app/ApplicationServices.h"
 #include "app/clsDocMerge.h"
 #include "context/AppContext.h"
 #include "data/clsUniqueID.h"
@@ -21,7 +22,6 @@
 namespace {
 
 const QString kTag = QStringLiteral("QuillmerePad.exe-modMain-");
-const QString kSupportAddress = QStringLiteral("support@quillmere.example");
 
 // Start-up runs with errors ignored: a failing step does not stop the next.
 template <typename Step> void ignoringErrors(Step&& step) {
@@ -40,21 +40,21 @@ Application::Application(std::unique_ptr<MainWindowHost> window) : m_window(std:
 Application::~Application() {
     AppContext& ctx = app();
     // Do not leave the context pointing at objects that die with us.
-    if (ctx.errors == m_errors.get()) {
-        ctx.errors = nullptr;
-    }
     if (ctx.iniSettings == m_ini.get()) {
         ctx.iniSettings = nullptr;
     }
     if (ctx.workingFolders == m_folders.get()) {
         ctx.workingFolders = nullptr;
     }
-    if (ctx.database == m_database.get()) {
-        ctx.database = nullptr;
-    }
     if (m_window && ctx.msgbox == &m_window->messageBoxes()) {
         ctx.msgbox = nullptr;
     }
+    // The services clear their own pointers as they go.
+    m_services.reset();
+}
+
+errorClass* Application::errors() const {
+    return m_services ? m_services->errors() : nullptr;
 }
 
 bool Application::Main(const QStringList& arguments) {
@@ -65,6 +65,8 @@ bool Application::Main(const QStringList& arguments) {
         return false;
     }
     app().isStandAlone = true;
+    // The command line has checked the rest: they are files to open.
+    m_filesToOpen = arguments;
     startApplication(true, nullptr);
     return true;
 }
@@ -103,16 +105,10 @@ void Application::startApplication(bool /*createFirstDocument*/, clsDocMerge* au
     });
     // 4.
     ignoringErrors([&] {
-        m_errors = std::make_unique<errorClass>(&ctx.clock);
-        m_errors->setApplicationPath(SpecialFolders::programFolder());
-        m_errors->setSupportAddress(kSupportAddress);
-        m_errors->setApplicationName(QStringLiteral("Quillmere Pad"));
-        m_errors->setApplicationVersion(ctx.programVersion);
-        m_errors->setNumberedSetting(1);
-        m_errors->setNumberedSetting(4);
-        m_errors->setPrompt(m_window->errorPrompt());
-        m_errors->setExitHook([this] { exitCurrentProgram(); });
-        ctx.errors = m_errors.get();
+        m_services = std::make_unique<ApplicationServices>(ctx);
+        errorClass& errors = m_services->createErrors();
+        errors.setPrompt(m_window->errorPrompt());
+        errors.setExitHook([this] { exitCurrentProgram(); });
     });
     ProcedureScope scope(ctx.errors, kTag + QStringLiteral("startApplication"));
     // 5.
@@ -156,10 +152,11 @@ void Application::startApplication(bool /*createFirstDocument*/, clsDocMerge* au
     });
     // 9.
     ignoringErrors([&] {
-        m_errors->setLogFolder(fileControl::AddBackslash(m_folders->getApplicationWorkingFolder()) +
-                               QStringLiteral("Logs"));
-        m_errors->setNumberedSetting(0);
-        m_errors->setNumberedSetting(0);
+        errorClass* errors = m_services->errors();
+        errors->setLogFolder(fileControl::AddBackslash(m_folders->getApplicationWorkingFolder()) +
+                             QStringLiteral("Logs"));
+        errors->setNumberedSetting(0);
+        errors->setNumberedSetting(0);
     });
     // 10.
     ignoringErrors([&] {
@@ -170,8 +167,9 @@ void Application::startApplication(bool /*createFirstDocument*/, clsDocMerge* au
         ctx.workstationID = uniqueID.getUniqueID();
     });
     // 11.
-    ignoringErrors([&] { ctx.msgbox = &m_window->messageBoxes(); });
-    // 12. The field catalogue is built on first use by the merge engine.
+    ignoringErrors([&] { m_services->useMessageBox(m_window->messageBoxes()); });
+    // 12. The inserter builds its field catalogue on first use.
+    ignoringErrors([&] { m_services->createFieldInserter(); });
     // 13.
     ignoringErrors([&] { openDatabaseStep(); });
     // 14.
@@ -188,10 +186,7 @@ void Application::openDatabaseStep() {
         m_folders->getInitialDatabaseDataFolder();
         ctx.databaseLocation = getDataFilePath();
     }
-    m_database = openCompaniesDatabase(ctx.databaseLocation);
-    ctx.database = m_database.get();
-    if (!m_contactCards)
-        m_contactCards = std::make_unique<ScopedContactCardWriter>();
+    m_services->openCompaniesDatabaseStep(ctx.databaseLocation);
 }
 
 void Application::exitCurrentProgram() {
@@ -210,16 +205,16 @@ void Application::exitCurrentProgram() {
 void Application::unloadMainWindow() {
     AppContext& ctx = app();
     ProcedureScope scope(ctx.errors, QStringLiteral("QuillmerePad.exe-frmMain-MDIForm_Unload"));
-    // 1. The field catalogue belongs to the merge engine's lifetime.
+    // 1.
+    ignoringErrors([&] {
+        if (m_services) {
+            m_services->releaseFieldInserter();
+        }
+    });
     // 2.
     ignoringErrors([&] {
-        if (m_database) {
-            if (m_database->isConnected()) {
-                m_database->disconnect();
-            }
-            ctx.database = nullptr;
-            m_database.reset();
-            m_contactCards.reset();
+        if (m_services) {
+            m_services->closeDatabase();
         }
     });
     // 3.
@@ -229,11 +224,14 @@ void Application::unloadMainWindow() {
     // 5.
     ctx.iniSettings = nullptr;
     m_ini.reset();
-    ctx.msgbox = nullptr;
     // The error object leaves the context now but lives on until the
     // application object dies: the exit may have been asked for from inside
     // its own dialog, and the scopes still on the stack pop their tags on it.
-    ctx.errors = nullptr;
+    if (m_services) {
+        m_services->detachMessagesAndErrors();
+    } else {
+        ctx.msgbox = nullptr;
+    }
     ignoringErrors([&] { m_window->closeMainWindow(); });
 }
 

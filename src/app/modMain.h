@@ -7,12 +7,11 @@
 #include <functional>
 #include <memory>
 
+class ApplicationServices;
 class clsDocMerge;
 class clsINI;
 class clsWorkingFolderLocation;
-class databaseControl;
 class errorClass;
-class ScopedContactCardWriter;
 
 // Owns the process-wide objects that start-up creates and releases them in
 // the order shut-down prescribes. The application context (app()) points at
@@ -25,8 +24,9 @@ public:
     Application& operator=(const Application&) = delete;
 
     // Process entry: "--automation" clears isStandAlone and returns false
-    // (the process waits for the host); otherwise sets isStandAlone, runs
-    // startApplication and returns true.
+    // (the process waits for the host); otherwise sets isStandAlone, keeps
+    // the arguments as the files to open (the command line has checked
+    // them), runs startApplication and returns true.
     bool Main(const QStringList& arguments);
 
     // Brings the application up. Every step runs even when one before it
@@ -43,7 +43,11 @@ public:
     MainWindowHost& window() { return *m_window; }
     clsINI* settings() const { return m_ini.get(); }
     clsWorkingFolderLocation* folders() const { return m_folders.get(); }
-    errorClass* errors() const { return m_errors.get(); }
+    errorClass* errors() const;
+    ApplicationServices* services() const { return m_services.get(); }
+
+    // Files named on the command line, for the window to open once it is up.
+    const QStringList& filesToOpen() const { return m_filesToOpen; }
 
 private:
     void unloadMainWindow();
@@ -51,12 +55,11 @@ private:
     void saveWindowState();
 
     std::unique_ptr<MainWindowHost> m_window;
-    std::unique_ptr<errorClass> m_errors;
+    // Error object, message box, field inserter, database.
+    std::unique_ptr<ApplicationServices> m_services;
     std::unique_ptr<clsINI> m_ini;
     std::unique_ptr<clsWorkingFolderLocation> m_folders;
-    std::unique_ptr<databaseControl> m_database;
-    // The default-contact repairs rebuild contact cards while the database is open.
-    std::unique_ptr<ScopedContactCardWriter> m_contactCards;
+    QStringList m_filesToOpen;
     std::function<void()> m_exitDocMerge;
     bool m_exited = false;
     bool m_exiting = false;

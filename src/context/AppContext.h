@@ -3,6 +3,7 @@
 #include "platform/Clock.h"
 
 #include <QString>
+#include <functional>
 
 class errorClass;
 class MsgboxClass;
@@ -45,6 +46,11 @@ struct AppContext {
 
     // "Today" for every date the program computes.
     Clock clock;
+
+    // The field inserter's regional rewrite of placeholders in RTF, for the
+    // layers below the merge engine that open documents; empty while there
+    // is no field inserter (the text then stays as it is).
+    std::function<QString(const QString&)> rewriteRegionalFields;
 };
 
 // The context in force. There is always one: a default context exists from

@@ -101,18 +101,38 @@ Next handleFault(const QmError& fault) {
 }
 
 QString readAllText(const QString& path) {
-    const auto bytes = fileControl::readWholeFile(path);
+    QString reason;
+    const auto bytes = fileControl::readWholeFile(path, &reason);
     if (!bytes) {
         throw QmError(QmError::PathFileAccessError,
-                      QStringLiteral("Path/File access error: %1").arg(path));
+                      QStringLiteral("Path/File access error: %1").arg(reason));
     }
     // Single-byte text: each byte stands for itself, so nothing is lost.
     return QString::fromLatin1(*bytes);
 }
 
+// How a bad stored value is dealt with: by the error handler (which raises
+// it without an error object), or, when lenient and there is no error
+// object, by a warning and going on.
+struct FaultPolicy {
+    bool lenient = false;
+    std::function<void(const QString&)> warn;
+
+    Next handle(const QmError& fault, const char* label) const {
+        if (lenient && !app().errors) {
+            if (warn) {
+                warn(QStringLiteral("%1 in %2}: the value is ignored")
+                         .arg(fault.description(), QLatin1String(label)));
+            }
+            return Next::GoOn;
+        }
+        return handleFault(fault);
+    }
+};
+
 // Reads the trailer part of the text into the document; false when a fault
 // ended the procedure.
-bool readTrailer(const QString& text, DocumentModel& document) {
+bool readTrailer(const QString& text, DocumentModel& document, const FaultPolicy& policy) {
     const int start = text.indexOf(QLatin1String("{\\QuillmereInfo"), 0, Qt::CaseInsensitive);
     if (start < 0) {
         return true;
@@ -136,7 +156,7 @@ bool readTrailer(const QString& text, DocumentModel& document) {
         try {
             store(document, position, toInteger16(value));
         } catch (const QmError& fault) {
-            if (handleFault(fault) == Next::Leave) {
+            if (policy.handle(fault, kLabels[position]) == Next::Leave) {
                 return false;
             }
         }
@@ -144,7 +164,7 @@ bool readTrailer(const QString& text, DocumentModel& document) {
     return true;
 }
 
-void readCompanionFile(const QString& path, DocumentModel& document) {
+void readCompanionFile(const QString& path, DocumentModel& document, const FaultPolicy& policy) {
     const QString companionPath = fileControl::AddBackslash(fileControl::FolderName(path)) +
                                   fileControl::FileName(fileControl::RemoveExtension(path)) +
                                   QStringLiteral(".rti");
@@ -175,7 +195,7 @@ void readCompanionFile(const QString& path, DocumentModel& document) {
         try {
             store(document, k.position, toInteger16(value));
         } catch (const QmError& fault) {
-            if (handleFault(fault) == Next::Leave) {
+            if (policy.handle(fault, k.key) == Next::Leave) {
                 leave = true;
                 break;
             }
@@ -234,10 +254,22 @@ void saveCompanionInformation(const QString& path, DocumentModel& document) {
 void openCompanionInformation(const QString& path, DocumentModel& document) {
     ProcedureScope scope(app().errors, kModule + QStringLiteral("openCompanionInformation"));
     const QString text = readAllText(path);
-    if (!stringControl::isBlank(text) && !readTrailer(text, document)) {
+    const FaultPolicy policy;
+    if (!stringControl::isBlank(text) && !readTrailer(text, document, policy)) {
         return;
     }
-    readCompanionFile(path, document);
+    readCompanionFile(path, document, policy);
+}
+
+void openCompanionInformationFromText(const QString& path, const QString& text,
+                                      DocumentModel& document, bool lenient,
+                                      const std::function<void(const QString&)>& warn) {
+    ProcedureScope scope(app().errors, kModule + QStringLiteral("openCompanionInformation"));
+    const FaultPolicy policy{lenient, warn};
+    if (!stringControl::isBlank(text) && !readTrailer(text, document, policy)) {
+        return;
+    }
+    readCompanionFile(path, document, policy);
 }
 
 QString getFileExtension(const DocumentModel& document) {

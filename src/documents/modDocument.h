@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <functional>
 
 class DocumentModel;
 
@@ -23,6 +24,14 @@ void saveCompanionInformation(const QString& path, DocumentModel& document);
 // "go on" the remaining values are still read; without an error object the
 // fault is raised to the caller.
 void openCompanionInformation(const QString& path, DocumentModel& document);
+
+// openCompanionInformation on text already read (the whole file, as Latin-1)
+// instead of reading the file again. With `lenient`, a bad value is not
+// raised to a caller without an error object: it is told to `warn` and the
+// rest is still read. The ".rti" companion beside `path` is read as above.
+void openCompanionInformationFromText(const QString& path, const QString& text,
+                                      DocumentModel& document, bool lenient,
+                                      const std::function<void(const QString&)>& warn);
 
 // The bytes of a document file: the content as the box saved it, without
 // NUL characters, followed by the trailer (the trailer alone when the content

@@ -1,13 +1,7 @@
 #include "merge/MergeTemplate.h"
 
-#include "context/AppContext.h"
-#include "documents/modDocument.h"
-#include "merge/clsInsertFieldsInRTB.h"
-#include "platform/richtext/RichTextBox.h"
+#include "documents/DocumentFile.h"
 #include "platform/errorClass.h"
-#include "platform/fileControl.h"
-
-#include <QFileInfo>
 
 QString invalidDocumentMessage() {
     return QStringLiteral(
@@ -15,25 +9,14 @@ QString invalidDocumentMessage() {
 }
 
 MergeTemplate openMergeTemplate(const QString& path) {
-    ProcedureScope scope(app().errors, "QuillmerePad.exe-modDocument-OpenExistingDocument");
-    if (!fileControl::FileExists(path)) {
-        throw QmError(QmError::FileNotFound, QStringLiteral("File not found: ") + path);
+    OpenedDocument opened = DocumentFile::open(path);
+    if (opened.isPlainText) {
+        // A merge works on rich text; a template is always saved as such.
+        throw QmError(QmError::InvalidFileFormat, QStringLiteral("Invalid file format"));
     }
     MergeTemplate result;
-    openCompanionInformation(path, result.model);
-    if (QFileInfo(path).suffix().toLower() == QLatin1String("qmw")) {
-        result.model.documentType = DocumentModel::SavedMergeResult;
-    }
-    RichTextBox box;
-    box.LoadFile(path, RichTextBox::rtfRTF);
-    if (app().fieldInserter) {
-        box.setTextRTF(app().fieldInserter->convertProvinceFields(box.TextRTF()));
-    }
-    static const char* const kPrefixes[] = {"", "", "Merge Template - ", "Merge Results - ",
-                                            "Client Merge Doc - "};
-    const int type = result.model.documentType;
-    result.caption = QString::fromLatin1(type >= 1 && type <= 4 ? kPrefixes[type] : "") +
-                     QFileInfo(path).completeBaseName();
-    result.rtf = box.TextRTF();
+    result.model = std::move(opened.model);
+    result.caption = std::move(opened.caption);
+    result.rtf = std::move(opened.rtf);
     return result;
 }

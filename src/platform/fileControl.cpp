@@ -4,7 +4,30 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+// Why a file would not open for reading, in words the user can act on.
+QString readFailureReason(const QString& path, const QFile& file) {
+    const QFileInfo info(path);
+    if (!info.exists()) {
+        return QStringLiteral("File not found: ") + path;
+    }
+    if (info.isDir()) {
+        return QStringLiteral("Not a file but a folder: ") + path;
+    }
+    if (file.error() == QFileDevice::PermissionsError || !info.isReadable()) {
+        return QStringLiteral("Permission denied: ") + path;
+    }
+    return QStringLiteral("Cannot read ") + path + QStringLiteral(": ") + file.errorString();
+}
+
+} // namespace
 
 bool fileControl::FileExists(const QString& path) {
     if (path.isEmpty()) {
@@ -107,24 +130,100 @@ bool fileControl::CopyFolder(const QString& from, const QString& to, bool overwr
     return ok;
 }
 
-bool fileControl::writeFileAtomically(const QString& path, const QByteArray& bytes) {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
+bool fileControl::writeFileAtomically(const QString& path, const QByteArray& bytes,
+                                      QString* reason) {
+    // Each step is checked by hand: a failed write must never be renamed
+    // over the old file, and the data must be on disk before the rename
+    // makes it the file.
+    auto fail = [&](const QString& what, int error) {
+        if (reason) {
+            *reason = what + QStringLiteral(": ") + QString::fromLocal8Bit(std::strerror(error));
+        }
         return false;
+    };
+    if (path.isEmpty()) {
+        return fail(QStringLiteral("No file name"), ENOENT);
     }
-    if (file.write(bytes) != bytes.size()) {
-        file.cancelWriting();
-        return false;
+    const QByteArray target = QFile::encodeName(path);
+    QByteArray temporary = target + ".XXXXXX";
+    const int fd = ::mkstemp(temporary.data());
+    if (fd < 0) {
+        return fail(QStringLiteral("Cannot create a file beside ") + path, errno);
     }
-    return file.commit();
+    auto abandon = [&](const QString& what, int error) {
+        ::close(fd);
+        ::unlink(temporary.constData());
+        return fail(what, error);
+    };
+    // mkstemp makes the file private; a new file gets the usual mode, a
+    // replaced one keeps the mode it had.
+    struct stat old {};
+    mode_t mode = 0666;
+    if (::stat(target.constData(), &old) == 0) {
+        mode = old.st_mode & 07777;
+    } else {
+        const mode_t mask = ::umask(0);
+        ::umask(mask);
+        mode &= ~mask;
+    }
+    if (::fchmod(fd, mode) != 0) {
+        return abandon(QStringLiteral("Cannot set the mode of ") + path, errno);
+    }
+    const char* data = bytes.constData();
+    qint64 left = bytes.size();
+    while (left > 0) {
+        const ssize_t written = ::write(fd, data, static_cast<size_t>(left));
+        if (written < 0) {
+            if (errno == EINTR) {
+                continue;
+            }
+            return abandon(QStringLiteral("Cannot write ") + path, errno);
+        }
+        data += written;
+        left -= written;
+    }
+    if (::fsync(fd) != 0) {
+        return abandon(QStringLiteral("Cannot write ") + path, errno);
+    }
+    if (::close(fd) != 0) {
+        const int error = errno;
+        ::unlink(temporary.constData());
+        return fail(QStringLiteral("Cannot write ") + path, error);
+    }
+    if (::rename(temporary.constData(), target.constData()) != 0) {
+        const int error = errno;
+        ::unlink(temporary.constData());
+        return fail(QStringLiteral("Cannot replace ") + path, error);
+    }
+    // The rename itself is durable only once the folder is synced; a failure
+    // here leaves the new file in place, so it is not reported.
+    const QByteArray folder =
+        QFile::encodeName(FolderName(path).isEmpty() ? QStringLiteral(".") : FolderName(path));
+    const int dir = ::open(folder.constData(), O_RDONLY | O_DIRECTORY);
+    if (dir >= 0) {
+        ::fsync(dir);
+        ::close(dir);
+    }
+    return true;
 }
 
-std::optional<QByteArray> fileControl::readWholeFile(const QString& path) {
+std::optional<QByteArray> fileControl::readWholeFile(const QString& path, QString* reason) {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
+        if (reason) {
+            *reason = readFailureReason(path, file);
+        }
         return std::nullopt;
     }
-    return file.readAll();
+    QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError) {
+        if (reason) {
+            *reason =
+                QStringLiteral("Cannot read ") + path + QStringLiteral(": ") + file.errorString();
+        }
+        return std::nullopt;
+    }
+    return bytes;
 }
 
 bool fileControl::isBelowFolder(const QString& path, const QString& folder) {

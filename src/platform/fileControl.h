@@ -2,7 +2,6 @@
 
 #include <QByteArray>
 #include <QString>
-
 #include <optional>
 
 // File and folder helpers. Paths use this platform's separator; "backslash"
@@ -29,12 +28,16 @@ public:
     // Copies a folder tree; returns false if any file could not be copied.
     static bool CopyFolder(const QString& from, const QString& to, bool overwrite);
 
-    // Writes the bytes to a temporary file in the target's folder and
-    // renames it over the target, so a crash leaves the old or the new file.
-    // Returns false (and leaves the target untouched) on any failure.
-    static bool writeFileAtomically(const QString& path, const QByteArray& bytes);
-    // The whole file, or nothing when it cannot be read.
-    static std::optional<QByteArray> readWholeFile(const QString& path);
+    // Writes the bytes to a temporary file in the target's folder, syncs it
+    // and renames it over the target, so a crash or a full disk leaves the
+    // old or the new file, never a part. Returns false on any failure (open,
+    // write, sync, close, rename), with the temporary file removed, the
+    // target untouched and, when `reason` is given, why in words.
+    static bool writeFileAtomically(const QString& path, const QByteArray& bytes,
+                                    QString* reason = nullptr);
+    // The whole file, or nothing when it cannot be read; `reason` then says
+    // whether it is missing, refused ("Permission denied") or unreadable.
+    static std::optional<QByteArray> readWholeFile(const QString& path, QString* reason = nullptr);
 
     // True when `path` lies at or below `folder`, compared case-insensitively
     // as the old program compared upper-cased paths.

@@ -6,6 +6,7 @@
 #include "context/AppContext.h"
 #include "data/ContactCardWriter.h"
 #include "files/clsINI.h"
+#include "merge/clsInsertFieldsInRTB.h"
 #include "platform/PrivateProfile.h"
 #include "platform/errorClass.h"
 #include "support/TestEnvironment.h"
@@ -200,4 +201,19 @@ TEST(modMainTest, CenterFormKeepsItsAsymmetry) {
     const FormRect centred = CenterForm({0, 0, 200, 100}, nullptr, screen);
     EXPECT_EQ(centred.left, 400);
     EXPECT_EQ(centred.top, 350);
+}
+
+TEST(modMainTest, StartUpCreatesTheFieldInserterSoTheWindowCanMergeAndExitReleasesIt) {
+    Started s;
+    s.program->Main({});
+    AppContext& ctx = s.context.context();
+    ASSERT_NE(ctx.fieldInserter, nullptr);
+    // The regional placeholders are rewritten with the inserter start-up
+    // made, not skipped as they were without one.
+    EXPECT_FALSE(ctx.fieldInserter->convertProvinceFields(QStringLiteral("{\\rtf1 x}")).isEmpty());
+    s.program->exitCurrentProgram();
+    EXPECT_EQ(ctx.fieldInserter, nullptr);
+    EXPECT_EQ(ctx.database, nullptr);
+    EXPECT_EQ(ctx.msgbox, nullptr);
+    EXPECT_EQ(ctx.errors, nullptr);
 }
