@@ -15,7 +15,7 @@
 #include "merge/LetterWriter.h"
 #include "merge/MergeLookups.h"
 #include "merge/MergeRun.h"
-#include "merge/MergeSession.h"
+#include "app/MergeSession.h"
 #include "merge/ReferenceSubstitution.h"
 #include "platform/ProgressReporter.h"
 #include "platform/fileControl.h"

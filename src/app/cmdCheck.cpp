@@ -1,6 +1,6 @@
 #include "app/Commands.h"
 #include "merge/MergeRun.h"
-#include "merge/MergeSession.h"
+#include "app/MergeSession.h"
 #include "merge/MergeTemplate.h"
 #include "platform/ProgressReporter.h"
 

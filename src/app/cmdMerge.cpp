@@ -1,7 +1,7 @@
 #include "app/Commands.h"
 #include "merge/MergeLookups.h"
 #include "merge/MergeRun.h"
-#include "merge/MergeSession.h"
+#include "app/MergeSession.h"
 #include "merge/MergeTemplate.h"
 #include "platform/ProgressReporter.h"
 

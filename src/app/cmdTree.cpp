@@ -2,7 +2,7 @@
 #include "data/clsPopulateClientTree.h"
 #include "data/modDatabaseFunctions.h"
 #include "data/modSettings.h"
-#include "merge/MergeSession.h"
+#include "app/MergeSession.h"
 #include "platform/tree/ClientTreeModel.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #include "app/modMain.h"
-#include "ui/HostedApplication.h"
 #include "context/AppContext.h"
+#include "ui/HostedApplication.h"
 #include "ui/frmMain.h"
 
 #include <QApplication>
@@ -20,6 +20,10 @@ int runWindowedProgram(int argc, char** argv) {
     }
     if (window->window()) {
         window->window()->setQueryUnload([&program] { program.exitCurrentProgram(); });
+        // Files named on the command line (a file manager passes them).
+        for (const QString& path : program.filesToOpen()) {
+            window->window()->openDocumentFile(path);
+        }
     }
     QApplication::setQuitOnLastWindowClosed(true);
     return QApplication::exec();

@@ -2,7 +2,10 @@
 
 #include "app/MenuDefinition.h"
 #include "context/AppContext.h"
+#include "documents/DocumentFile.h"
 #include "files/clsINI.h"
+#include "platform/MsgboxClass.h"
+#include "platform/errorClass.h"
 #include "ui/CommandActions.h"
 #include "ui/PageView.h"
 #include "ui/frmDocument.h"
@@ -67,8 +70,8 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent), m_area(new QMdiArea(thi
     }
     m_stateReader = [](QMdiSubWindow* sub) -> std::optional<ActiveDocumentState> {
         if (auto* document = qobject_cast<frmDocument*>(sub->widget())) {
-            return readTextState(*document->rtfText().document(),
-                                 document->rtfText().textCursor(), document->documentType());
+            return readTextState(*document->rtfText().document(), document->rtfText().textCursor(),
+                                 document->documentType());
         }
         auto* edit = sub->widget() ? qobject_cast<QTextEdit*>(sub->widget()) : nullptr;
         if (!edit) {
@@ -239,10 +242,48 @@ void frmMain::LoadFonts() {
 
 void frmMain::newDocument(int number) {
     auto* document = new frmDocument;
-    document->DocumentCaption = QStringLiteral("Document %1").arg(number);
+    addDocumentWindow(document, QStringLiteral("Document %1").arg(number));
+}
+
+bool frmMain::openDocumentFile(const QString& path) {
+    auto document = std::make_unique<frmDocument>();
+    OpenedDocument opened;
+    try {
+        opened = DocumentFile::open(path, document->rtfText());
+    } catch (const QmError& fault) {
+        if (MsgboxClass* box = app().msgbox) {
+            box->showMessage(fault.description());
+        }
+        return false;
+    }
+    // Field by field: the window's model keeps its own relayout hook.
+    const DocumentModel& from = opened.model;
+    document->setDocumentType(from.documentType);
+    document->setInformationType(from.InformationType);
+    document->setFileSaveType(from.fileSaveType);
+    document->model().PaperSize = from.PaperSize;
+    document->putDocumentOrientation(from.getDocumentOrientation(), false);
+    document->putPageWidth(from.getPageWidth(), false);
+    document->putPageHeight(from.getPageHeight(), false);
+    document->putLeftMargin(from.getLeftMargin(), false);
+    document->putRightMargin(from.getRightMargin(), false);
+    document->putTopMargin(from.getTopMargin(), false);
+    document->putBottomMargin(from.getBottomMargin(), false);
+    document->setupDocument(true, true);
+    document->rtfText().document()->clearUndoRedoStacks();
+    document->rtfText().document()->setModified(false);
+    document->setHasDocumentChanged(false);
+    document->setIsDocumentSaved(true);
+    document->DocumentFileName = path;
+    addDocumentWindow(document.release(), opened.caption);
+    return true;
+}
+
+void frmMain::addDocumentWindow(frmDocument* document, const QString& caption) {
+    document->DocumentCaption = caption;
     QMdiSubWindow* sub = m_area->addSubWindow(document);
     sub->setAttribute(Qt::WA_DeleteOnClose);
-    sub->setWindowTitle(QStringLiteral("Document %1").arg(number));
+    sub->setWindowTitle(caption);
     connect(document->pageView(), &PageView::contextMenuWanted, this,
             [this](const QPoint& at) { m_commands->popupMenu()->exec(at); });
     connect(&document->rtfText(), &RichTextBox::changed, this, &frmMain::refreshMenuStatus);

@@ -11,6 +11,7 @@
 #include <optional>
 
 class CommandActions;
+class frmDocument;
 class QComboBox;
 class QLabel;
 class QMdiArea;
@@ -37,6 +38,10 @@ public:
 
     // Opens an empty standard document, captioned "Document N".
     void newDocument(int number);
+    // Opens a document file in a window of its own, with the page setup and
+    // caption its file gives. A file that cannot be read is reported through
+    // the message boxes and leaves no window behind; false then.
+    bool openDocumentFile(const QString& path);
 
     // Runs a command by its name, behind the document-creation guard. A
     // command that is unavailable does nothing: its action is disabled, and
@@ -78,6 +83,7 @@ private:
     void buildStatusBar();
     void registerRoutes();
     void watchDocument(QMdiSubWindow* sub);
+    void addDocumentWindow(frmDocument* document, const QString& caption);
     void onDocumentActivated(QMdiSubWindow* sub);
     void onDocumentClosed();
     void applyStatus();

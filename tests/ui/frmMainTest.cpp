@@ -313,3 +313,26 @@ TEST_F(MainWindowTest, CommandsWaitWhileADocumentIsBeingCreated) {
 }
 
 } // namespace
+
+namespace {
+
+TEST_F(MainWindowTest, AFileOpensInAWindowOfItsOwnAndAnUnreadableOneLeavesNone) {
+    ScriptedMsgbox messages;
+    context->msgbox = &messages;
+    const QString letter = testDataPath(QStringLiteral("documents/three-page-letter.rtf"));
+    ASSERT_TRUE(window.openDocumentFile(letter));
+    frmDocument* document = editor();
+    ASSERT_NE(document, nullptr);
+    EXPECT_EQ(document->DocumentFileName, letter);
+    EXPECT_EQ(document->totalPages(), 3);
+    EXPECT_FALSE(document->HasDocumentChanged());
+    EXPECT_FALSE(allowed("mnuEditUndo"));
+    EXPECT_TRUE(messages.shown().empty());
+
+    const int windows = int(window.MDIArea()->subWindowList().size());
+    EXPECT_FALSE(window.openDocumentFile(letter + QStringLiteral(".missing")));
+    EXPECT_EQ(int(window.MDIArea()->subWindowList().size()), windows);
+    ASSERT_EQ(messages.shown().size(), 1u);
+}
+
+} // namespace
