@@ -1,7 +1,7 @@
 #include "app/Commands.h"
+#include "app/MergeSession.h"
 #include "merge/MergeLookups.h"
 #include "merge/MergeRun.h"
-#include "app/MergeSession.h"
 #include "merge/MergeTemplate.h"
 #include "platform/ProgressReporter.h"
 
@@ -149,6 +149,9 @@ int runMergeCommand(const QStringList& args, CommandIO& io) {
                 if (report) {
                     for (const QString& value : record.suspectValues) {
                         io.out << "\tcheck value:\t" << value << '\n';
+                    }
+                    for (const QString& field : record.missingColumns) {
+                        io.out << "\tno such column:\t" << field << '\n';
                     }
                 }
                 if (report && !record.replacedPath.isEmpty()) {

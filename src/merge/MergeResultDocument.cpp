@@ -166,6 +166,7 @@ bool MergeResultDocument::createMergeDocument(ProgressReporter& progress) {
                                        record.appointmentID, -1, -1, false, true, true);
             record.emptyPlaceholders = fields.emptyPlaceholders();
             record.suspectValues = fields.suspectValues();
+            record.missingColumns = fields.missingColumns();
         } catch (const QmError& fault) {
             // One client's bad data must not cost the other letters.
             record.failure = fault.description();

@@ -23,6 +23,9 @@ struct MergedRecord {
     // Client values that may break the letter (RTF control characters or
     // guillemets), as "Field Name: value", for the practice to correct.
     QStringList suspectValues;
+    // Fields whose column the practice's database has in none of the tables
+    // they are read from, as "Field (column Name)"; they merged as nothing.
+    QStringList missingColumns;
     QString savedPath;
     // Where an earlier letter of the same name was moved before this one
     // took its place; empty when nothing was replaced.

@@ -423,3 +423,18 @@ TEST_F(FilteredMergeTest, BrokenFiltersFailWithNothingLeftOpen) {
 }
 
 } // namespace
+
+namespace {
+
+TEST_F(MergeRunTest, AColumnMissingFromThePracticeWentUnreported) {
+    db->exec("ALTER TABLE ClientOptions DROP COLUMN ClientCustom1");
+    result.templateText =
+        QStringLiteral("{\\rtf1 \\'abCompany Name\\'bb: \\'abFile Number\\'bb\\par}");
+    run(1, {{"10", ""}});
+    ASSERT_EQ(result.records.size(), 1u);
+    EXPECT_TRUE(result.records[0].failure.isEmpty());
+    EXPECT_EQ(result.records[0].missingColumns,
+              QStringList({"File Number (column ClientCustom1)"}));
+}
+
+} // namespace
