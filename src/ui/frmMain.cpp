@@ -275,6 +275,16 @@ bool frmMain::openDocumentFile(const QString& path) {
     document->setHasDocumentChanged(false);
     document->setIsDocumentSaved(true);
     document->DocumentFileName = path;
+    // An opened file takes the place of the untouched blank document that
+    // start-up provides, as nobody meant to write in it.
+    const QList<QMdiSubWindow*> open = m_area->subWindowList();
+    if (open.size() == 1) {
+        auto* blank = qobject_cast<frmDocument*>(open.front()->widget());
+        if (blank && blank->DocumentFileName.isEmpty() && !blank->HasDocumentChanged() &&
+            blank->rtfText().document()->isEmpty()) {
+            open.front()->close();
+        }
+    }
     addDocumentWindow(document.release(), opened.caption);
     return true;
 }

@@ -320,7 +320,11 @@ TEST_F(MainWindowTest, AFileOpensInAWindowOfItsOwnAndAnUnreadableOneLeavesNone) 
     ScriptedMsgbox messages;
     context->msgbox = &messages;
     const QString letter = testDataPath(QStringLiteral("documents/three-page-letter.rtf"));
+    // The untouched blank document gives way to the file.
+    window.newDocument(1);
     ASSERT_TRUE(window.openDocumentFile(letter));
+    QApplication::processEvents();
+    EXPECT_EQ(window.MDIArea()->subWindowList().size(), 1);
     frmDocument* document = editor();
     ASSERT_NE(document, nullptr);
     EXPECT_EQ(document->DocumentFileName, letter);
@@ -328,6 +332,18 @@ TEST_F(MainWindowTest, AFileOpensInAWindowOfItsOwnAndAnUnreadableOneLeavesNone) 
     EXPECT_FALSE(document->HasDocumentChanged());
     EXPECT_FALSE(allowed("mnuEditUndo"));
     EXPECT_TRUE(messages.shown().empty());
+
+    // A blank document someone wrote in stays.
+    window.MDIArea()->subWindowList().front()->close();
+    QApplication::processEvents();
+    window.newDocument(2);
+    ASSERT_EQ(window.MDIArea()->subWindowList().size(), 1);
+    auto* notes = qobject_cast<frmDocument*>(window.MDIArea()->subWindowList().front()->widget());
+    ASSERT_NE(notes, nullptr);
+    notes->rtfText().setText(QStringLiteral("Notes"));
+    ASSERT_TRUE(window.openDocumentFile(letter));
+    QApplication::processEvents();
+    EXPECT_EQ(window.MDIArea()->subWindowList().size(), 2);
 
     const int windows = int(window.MDIArea()->subWindowList().size());
     EXPECT_FALSE(window.openDocumentFile(letter + QStringLiteral(".missing")));
