@@ -149,35 +149,8 @@ MenuStatus ResetMenuStatus(const MenuStatus& previous,
     return status;
 }
 
-const QSet<QString>& builtCommands() {
-    static const QSet<QString> built = [] {
-        QSet<QString> s = {
-            // Handlers that do nothing but are there to be clicked.
-            QStringLiteral("mnuTest"),
-            QStringLiteral("mnuFileManageFiles"),
-            QStringLiteral("mnuFilePrintSetup"),
-            QStringLiteral("mnuFileNewStandard"),
-            QStringLiteral("mnuWindowNewWindow"),
-            QStringLiteral("mnuFileExit"),
-            QStringLiteral("mnuWindowCascade"),
-            QStringLiteral("mnuWindowTileHorizontal"),
-            QStringLiteral("mnuWindowTileVertical"),
-            QStringLiteral("mnuWindowArrangeIcons"),
-            QStringLiteral("mnuWindowMinimizeAll"),
-            QStringLiteral("mnuWindowRestoreAll"),
-            QStringLiteral("mnuViewStatusBar"),
-        };
-        for (const ToolBarDefinition& bar : toolBars()) {
-            s.insert(bar.viewCommand);
-        }
-        s.insert(QStringLiteral("mnuViewToolbarFont"));
-        return s;
-    }();
-    return built;
-}
-
-bool commandAvailable(const MenuStatus& status, const QString& command) {
-    return builtCommands().contains(command) && status.isEnabled(command);
+bool commandAvailable(const MenuStatus& status, const QString& command, bool built) {
+    return built && status.isEnabled(command);
 }
 
 QString notAvailableYetTip() {

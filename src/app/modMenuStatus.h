@@ -63,12 +63,10 @@ bool SetAppropriateMenuStatus(MenuStatus& status,
 MenuStatus ResetMenuStatus(const MenuStatus& previous,
                            const std::optional<ActiveDocumentState>& document);
 
-// The commands whose routines exist in this build. Any other command is
-// shown disabled with a note, whatever the status says.
-const QSet<QString>& builtCommands();
-
-// Whether a command can be clicked now: built and enabled by the status.
-bool commandAvailable(const MenuStatus& status, const QString& command);
+// Whether a command can be clicked now: its routine exists in this build
+// (`built`) and the status enables it. A command without a routine is shown
+// disabled with a note, whatever the status says.
+bool commandAvailable(const MenuStatus& status, const QString& command, bool built);
 
 // The tool tip of a command that is not built yet.
 QString notAvailableYetTip();

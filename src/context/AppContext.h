@@ -7,6 +7,7 @@
 
 class errorClass;
 class MsgboxClass;
+class FileDialogs;
 class ProgressReporter;
 class clsINI;
 class clsWorkingFolderLocation;
@@ -28,6 +29,8 @@ struct AppContext {
     clsInsertFieldsInRTB* fieldInserter = nullptr;
     databaseControl* database = nullptr;
     ProgressReporter* progress = nullptr;
+    // File and folder choices; null in the headless commands.
+    FileDialogs* fileDialogs = nullptr;
 
     // Values.
     bool isStandAlone = true;

@@ -193,12 +193,13 @@ void CommandActions::buildToolBars(QMainWindow* window) {
     }
 }
 
-void CommandActions::apply(const MenuStatus& status) {
+void CommandActions::apply(const MenuStatus& status,
+                           const std::function<bool(const QString&)>& isBuilt) {
     for (auto it = m_actions.cbegin(); it != m_actions.cend(); ++it) {
         const QString& command = m_popupTargets.value(it.key(), it.key());
-        const bool built = builtCommands().contains(command);
+        const bool built = isBuilt(command);
         QAction* action = it.value();
-        action->setEnabled(built && status.isEnabled(command));
+        action->setEnabled(commandAvailable(status, command, built));
         if (!built) {
             action->setToolTip(notAvailableYetTip());
             action->setStatusTip(notAvailableYetTip());

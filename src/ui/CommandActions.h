@@ -3,6 +3,7 @@
 #include <QHash>
 #include <QObject>
 #include <QString>
+#include <functional>
 
 class QAction;
 class QMainWindow;
@@ -26,9 +27,10 @@ public:
     // The pop-up menu of the text area, for the document windows.
     QMenu* popupMenu() const { return menu(QStringLiteral("mnuPop")); }
 
-    // Enables what the status allows and the build has; presses the format
-    // buttons as the selection stands.
-    void apply(const MenuStatus& status);
+    // Enables what the status allows and the build has (`built` says which
+    // commands have a routine); presses the format buttons as the selection
+    // stands.
+    void apply(const MenuStatus& status, const std::function<bool(const QString&)>& built);
 
 Q_SIGNALS:
     void commandTriggered(const QString& command);

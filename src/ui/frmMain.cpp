@@ -163,6 +163,10 @@ void frmMain::registerRoutes() {
     }
 }
 
+void frmMain::addRoute(const QString& command, std::function<void()> routine) {
+    m_routes.insert(command, std::move(routine));
+}
+
 void frmMain::runCommand(const QString& command) {
     if (app().isCreatingDocument) {
         return;
@@ -365,7 +369,7 @@ void frmMain::refreshMenuStatus() {
 }
 
 void frmMain::applyStatus() {
-    m_commands->apply(m_status);
+    m_commands->apply(m_status, [this](const QString& command) { return hasRoute(command); });
     if (!m_status.fontName.isEmpty()) {
         m_fontName->setCurrentIndex(m_fontName->findText(m_status.fontName));
     }
@@ -491,7 +495,14 @@ ActiveDocumentState readTextState(const QTextDocument& text, const QTextCursor& 
 }
 
 QtMainWindowHost::QtMainWindowHost() = default;
-QtMainWindowHost::~QtMainWindowHost() = default;
+QtMainWindowHost::~QtMainWindowHost() {
+    if (app().fileDialogs == &m_fileDialogs) {
+        app().fileDialogs = nullptr;
+    }
+    if (app().progress == &m_progress) {
+        app().progress = nullptr;
+    }
+}
 
 void QtMainWindowHost::showSplash(const QString& versionText) {
     m_splash = std::make_unique<QLabel>();
@@ -505,6 +516,12 @@ void QtMainWindowHost::showSplash(const QString& versionText) {
 void QtMainWindowHost::load() {
     m_window = std::make_unique<frmMain>();
     m_msgbox.setOwner(m_window.get());
+    m_fileDialogs.setOwner(m_window.get());
+    m_progress.setOwner(m_window.get());
+    // The file dialogs and the progress dialog are the window's; the
+    // message boxes are installed by start-up with the rest of the services.
+    app().fileDialogs = &m_fileDialogs;
+    app().progress = &m_progress;
 }
 
 void QtMainWindowHost::MDIFormInitialize() {

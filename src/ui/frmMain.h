@@ -2,7 +2,9 @@
 
 #include "app/MainWindowHost.h"
 #include "app/modMenuStatus.h"
+#include "ui/QtFileDialogs.h"
 #include "ui/QtMsgbox.h"
+#include "ui/QtProgress.h"
 
 #include <QHash>
 #include <QMainWindow>
@@ -47,6 +49,10 @@ public:
     // command that is unavailable does nothing: its action is disabled, and
     // this refuses the same way for callers that bypass the action.
     void runCommand(const QString& command);
+    // Gives a command its routine. Each subsystem's window code registers its
+    // own; a command without a routine stays disabled with a note.
+    void addRoute(const QString& command, std::function<void()> routine);
+    bool hasRoute(const QString& command) const { return m_routes.contains(command); }
 
     // The active document window: the area's active one, or, while another
     // program has the focus, the last one activated. Null with none open.
@@ -134,6 +140,8 @@ private:
     std::unique_ptr<frmMain> m_window;
     std::unique_ptr<QLabel> m_splash;
     QtMsgbox m_msgbox;
+    QtFileDialogs m_fileDialogs;
+    QtProgress m_progress;
 };
 
 // True when a loaded window has that name, compared upper-cased on both sides.
