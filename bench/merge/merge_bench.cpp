@@ -15,6 +15,7 @@
 #include "merge/LetterWriter.h"
 #include "merge/MergeLookups.h"
 #include "merge/MergeRun.h"
+#include "platform/richtext/RichTextBox.h"
 #include "app/MergeSession.h"
 #include "merge/ReferenceSubstitution.h"
 #include "platform/ProgressReporter.h"
@@ -204,7 +205,12 @@ WholeMerge wholeMerge(const QString& folder, int clients) {
     request.model.InformationType = InformationKind::Companies;
     request.templateCaption = QStringLiteral("Merge Template - Year End");
     session.fields().createDefaultFieldListStructure(InformationKind::Companies, true, true);
-    request.templateText = makeTemplate(session.fields().fieldTable());
+    // As the command does: the template as the box reads it from its file.
+    {
+        RichTextBox box;
+        box.setTextRTF(makeTemplate(session.fields().fieldTable()));
+        request.templateText = box.TextRTF();
+    }
     request.recipients = MergeRequest::Recipients::All;
     request.today = QDate(2024, 3, 5);
     databaseControl& db = *session.context().database;

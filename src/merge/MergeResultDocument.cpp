@@ -5,6 +5,7 @@
 #include "documents/modDocument.h"
 #include "merge/LetterWriter.h"
 #include "merge/MergeLookups.h"
+#include "merge/NormalisedLetter.h"
 #include "merge/clsInsertFieldsInRTB.h"
 #include "merge/modDocVaultFolders.h"
 #include "platform/MsgboxClass.h"
@@ -37,7 +38,10 @@ clsInsertFieldsInRTB& inserter() {
 // round trip normalises the merged RTF), then the trailer, built in memory
 // so that the letter is written once.
 QByteArray letterBytes(RichTextBox& scratch, const QString& rtf, const DocumentModel& saved,
-                       const QString& scratchFolder) {
+                       const QString& scratchFolder, const NormalisedLetter* normalised) {
+    if (saved.fileSaveType == RichTextBox::rtfRTF && normalised && normalised->isFixedPoint(rtf)) {
+        return documentFileBytes(rtf.toLatin1(), saved);
+    }
     scratch.setTextRTF(rtf);
     if (saved.fileSaveType == RichTextBox::rtfRTF) {
         return documentFileBytes(scratch.TextRTF().toLatin1(), saved);
@@ -239,6 +243,8 @@ int MergeResultDocument::saveMergeDocument(ProgressReporter& progress, const QSt
     std::vector<StagedLetter> staged;
     // Read when the first letter needs a folder, then kept for the walk.
     std::optional<DocVaultIndex> index;
+    const std::optional<NormalisedLetter> normalised =
+        NormalisedLetter::fromTemplate(scratch, templateText);
 
     auto fileStaged = [&] {
         QString syncFailure;
@@ -315,7 +321,8 @@ int MergeResultDocument::saveMergeDocument(ProgressReporter& progress, const QSt
                         requireInsideVault(letter.path, vaultRoot);
                     }
                     const QByteArray bytes = letterBytes(scratch, record.rtf, saved,
-                                                         fileControl::FolderName(letter.path));
+                                                         fileControl::FolderName(letter.path),
+                                                         normalised ? &*normalised : nullptr);
                     letter.temporary = writer.writeTemporary(letter.path, bytes);
                 } catch (const QmError& fault) {
                     record.failure = fault.description();

@@ -1,0 +1,136 @@
+#include "merge/NormalisedLetter.h"
+
+#include "platform/richtext/RichTextBox.h"
+
+#include <QRandomGenerator>
+#include <QTextCursor>
+#include <gtest/gtest.h>
+
+// Filing skips the box's round trip for letters the check accepts, so the
+// check must never accept a letter the round trip would change.
+namespace {
+
+QString roundTrip(const QString& rtf) {
+    RichTextBox box;
+    box.setTextRTF(rtf);
+    return box.TextRTF();
+}
+
+// A template as the box writes it: placeholders in plain, bold and italic
+// runs, right after a control word, two side by side, across paragraphs.
+QString normalisedTemplate() {
+    RichTextBox box;
+    QTextCursor cursor(box.document());
+    QTextCharFormat plain;
+    QTextCharFormat bold;
+    bold.setFontWeight(QFont::Bold);
+    QTextCharFormat italic;
+    italic.setFontItalic(true);
+    cursor.insertText(QStringLiteral("Dear \u00abContact Name\u00bb,"), plain);
+    cursor.insertBlock();
+    cursor.insertText(QStringLiteral("\u00abCompany Name\u00bb"), bold);
+    cursor.insertText(QStringLiteral(" year end \u00abYear End\u00bb\u00abSuffix\u00bb."), plain);
+    cursor.insertBlock();
+    cursor.insertText(QStringLiteral("Fees of \u00abFee\u00bb"), italic);
+    cursor.insertText(QStringLiteral(" are due; caf\u00e9 \u00abCity\u00bb"), plain);
+    return roundTrip(box.TextRTF());
+}
+
+QString substitute(QString text, const QStringList& values) {
+    for (const QString& value : values) {
+        const qsizetype start = text.indexOf(QStringLiteral("\\'ab"));
+        const qsizetype end = text.indexOf(QStringLiteral("\\'bb"), start);
+        if (start < 0 || end < 0) {
+            ADD_FAILURE() << "more values than placeholders";
+            break;
+        }
+        text.replace(start, end + 4 - start, value);
+    }
+    return text;
+}
+
+QString randomPlainValue(QRandomGenerator& random) {
+    static const QString alphabet =
+        QStringLiteral("abcXYZ 0123456789.,;:'\"!?-_()[]<>&#$%*+=/|~`@^");
+    QString value;
+    const int length = 1 + int(random.bounded(24));
+    for (int i = 0; i < length; ++i) {
+        value += alphabet.at(int(random.bounded(alphabet.size())));
+    }
+    return value;
+}
+
+} // namespace
+
+TEST(NormalisedLetterTest, EveryLetterItAcceptsComesBackUnchangedFromTheBox) {
+    const QString templateRtf = normalisedTemplate();
+    RichTextBox scratch;
+    const auto check = NormalisedLetter::fromTemplate(scratch, templateRtf);
+    ASSERT_TRUE(check.has_value());
+    QRandomGenerator random(20261123);
+    for (int letter = 0; letter < 200; ++letter) {
+        QStringList values;
+        for (int i = 0; i < 6; ++i) {
+            values << randomPlainValue(random);
+        }
+        const QString merged = substitute(templateRtf, values);
+        ASSERT_TRUE(check->isFixedPoint(merged)) << qPrintable(values.join(QLatin1Char('|')));
+        ASSERT_EQ(roundTrip(merged), merged) << qPrintable(values.join(QLatin1Char('|')));
+    }
+}
+
+TEST(NormalisedLetterTest, ValuesThatAreNotPlainTextTakeTheRoundTrip) {
+    const QString templateRtf = normalisedTemplate();
+    RichTextBox scratch;
+    const auto check = NormalisedLetter::fromTemplate(scratch, templateRtf);
+    ASSERT_TRUE(check.has_value());
+    const QStringList plain = {"Pat", "Acme", "March 31", "x", "$1,200.00", "Toronto"};
+    ASSERT_TRUE(check->isFixedPoint(substitute(templateRtf, plain)));
+    struct Case {
+        const char* why;
+        int at;
+        QString value;
+    };
+    const Case cases[] = {
+        {"empty value in a bold run", 1, QString()},
+        {"accented letter", 5, QStringLiteral("Montr\u00e9al")},
+        {"RTF in a value", 1, QStringLiteral("Acme \\b Ltd")},
+        {"brace in a value", 5, QStringLiteral("Toronto}")},
+        {"line break", 0, QStringLiteral("Pat\\par \r\nSmith")},
+        {"tab", 4, QStringLiteral("1\t200")},
+    };
+    for (const Case& c : cases) {
+        QStringList values = plain;
+        values[c.at] = c.value;
+        EXPECT_FALSE(check->isFixedPoint(substitute(templateRtf, values))) << c.why;
+    }
+    // The check is needed: an emptied bold run does not survive the box.
+    QStringList emptied = plain;
+    emptied[1].clear();
+    const QString merged = substitute(templateRtf, emptied);
+    EXPECT_NE(roundTrip(merged), merged);
+    // Text that moved outside the placeholders is not the template's.
+    QString moved = substitute(templateRtf, plain);
+    moved.replace(QStringLiteral("are due"), QStringLiteral("are owed"));
+    EXPECT_FALSE(check->isFixedPoint(moved));
+}
+
+TEST(NormalisedLetterTest, TemplatesTheBoxWouldRewriteAreNotTrusted) {
+    RichTextBox scratch;
+    // Not as the box writes it.
+    EXPECT_FALSE(
+        NormalisedLetter::fromTemplate(scratch, QStringLiteral("{\\rtf1 Dear \\'abName\\'bb\\par}"))
+            .has_value());
+    // Formatting inside a placeholder span.
+    RichTextBox box;
+    QTextCursor cursor(box.document());
+    QTextCharFormat bold;
+    bold.setFontWeight(QFont::Bold);
+    cursor.insertText(QStringLiteral("\u00abCompany "));
+    cursor.insertText(QStringLiteral("Name\u00bb"), bold);
+    EXPECT_FALSE(NormalisedLetter::fromTemplate(scratch, roundTrip(box.TextRTF())).has_value());
+    // No placeholder at all: nothing to gain.
+    EXPECT_FALSE(
+        NormalisedLetter::fromTemplate(scratch, roundTrip(QStringLiteral("{\\rtf1 Hello\\par}")))
+            .has_value());
+}
