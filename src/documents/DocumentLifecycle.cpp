@@ -104,8 +104,7 @@ NewDocumentFields newDocumentFields(NewDocumentKind kind, int count,
          ".qmb"},
         {NewDocumentKind::CompanyContact, "Merge Template - Contacts ",
          InformationKind::CompaniesAndContacts, ".qmb"},
-        {NewDocumentKind::Contact, "Merge Template - Contacts ", InformationKind::Contacts,
-         ".qme"},
+        {NewDocumentKind::Contact, "Merge Template - Contacts ", InformationKind::Contacts, ".qme"},
         {NewDocumentKind::Remitt, "Merge Template - Tasks ", InformationKind::Tasks, ".qmt"},
         {NewDocumentKind::Appointment, "Merge Template - Appointments ",
          InformationKind::Appointments, ".qma"},
@@ -114,15 +113,16 @@ NewDocumentFields newDocumentFields(NewDocumentKind kind, int count,
     const QString number = QString::number(count);
     if (kind == NewDocumentKind::Standard) {
         fields.caption = QStringLiteral("Document ") + number;
-        fields.fileName =
-            inFolder(templatesFolderPath, QStringLiteral("Document ") + number + QStringLiteral(".rtf"));
+        fields.fileName = inFolder(templatesFolderPath,
+                                   QStringLiteral("Document ") + number + QStringLiteral(".rtf"));
         return fields;
     }
     for (const Template& t : kTemplates) {
         if (t.kind == kind) {
             fields.caption = QLatin1String(t.caption) + number;
-            fields.fileName = inFolder(templatesFolderPath, QStringLiteral("Template Document ") +
-                                                                number + QLatin1String(t.extension));
+            fields.fileName =
+                inFolder(templatesFolderPath, QStringLiteral("Template Document ") + number +
+                                                  QLatin1String(t.extension));
             fields.documentType = DocumentModel::Template;
             fields.informationType = t.information;
         }
@@ -170,7 +170,8 @@ QString correctSaveFileName(const QString& name, const QString& ext, int fileSav
     if (ext.isEmpty()) {
         return name;
     }
-    if (name.endsWith(QStringLiteral(".rtf"), Qt::CaseInsensitive) || hasThreeLetterExtension(name)) {
+    if (name.endsWith(QStringLiteral(".rtf"), Qt::CaseInsensitive) ||
+        hasThreeLetterExtension(name)) {
         return name.left(name.size() - 4) + QLatin1Char('.') + ext;
     }
     return name + QLatin1Char('.') + ext;
@@ -203,7 +204,8 @@ QString correctSelectionFileName(const QString& name, const QString& documentExt
 
 std::optional<QString> closeQuestion(int documentType, bool isSaved, bool hasChanged,
                                      const QString& fileName, const QString& caption) {
-    const QString saveChanges = QStringLiteral("Would you like to save the changes before closing?");
+    const QString saveChanges =
+        QStringLiteral("Would you like to save the changes before closing?");
     switch (documentType) {
     case DocumentModel::Standard:
     case DocumentModel::Template:
@@ -220,8 +222,8 @@ std::optional<QString> closeQuestion(int documentType, bool isSaved, bool hasCha
                                   "be saved in the respective client's document vault.");
         }
         if (hasChanged) {
-            return QStringLiteral("The merge document ") + caption + QStringLiteral(" has changed.") +
-                   kCrLf + saveChanges;
+            return QStringLiteral("The merge document ") + caption +
+                   QStringLiteral(" has changed.") + kCrLf + saveChanges;
         }
         return std::nullopt;
     default:
@@ -251,7 +253,8 @@ std::optional<QString> refuseBeforeOpening(const QString& path) {
     // Text in UTF-16 has NUL bytes too, behind its byte-order mark.
     const bool utf16 = head.startsWith("\xFF\xFE") || head.startsWith("\xFE\xFF");
     if (!RtfReader::hasRtfHeader(head) && !utf16 && head.contains('\0')) {
-        return QStringLiteral("%1 holds binary data; Quillmere Pad opens documents and text files only.")
+        return QStringLiteral(
+                   "%1 holds binary data; Quillmere Pad opens documents and text files only.")
             .arg(info.fileName());
     }
     return std::nullopt;
@@ -300,9 +303,8 @@ QByteArray documentSaveBytes(const RichTextBox& box, const DocumentModel& model,
     QByteArray content;
     if (model.fileSaveType == DocumentModel::PlainText) {
         const QString text = box.Text();
-        content = CodePage1252::canEncode(text)
-                      ? CodePage1252::encode(text)
-                      : QByteArray("\xEF\xBB\xBF") + text.toUtf8();
+        content = CodePage1252::canEncode(text) ? CodePage1252::encode(text)
+                                                : QByteArray("\xEF\xBB\xBF") + text.toUtf8();
     } else {
         content = box.TextRTF().toLatin1();
     }
@@ -334,10 +336,10 @@ LifecycleDocument* DocumentLifecycle::createNewDocument(NewDocumentKind kind) {
     QString fontName = QStringLiteral("Arial");
     QString fontSize = QStringLiteral("10");
     if (clsINI* ini = app().iniSettings) {
-        fontName = ini->getKeyString(QStringLiteral("Document"), QStringLiteral("DefaultFont"),
-                                     fontName);
-        fontSize = ini->getKeyString(QStringLiteral("Document"),
-                                     QStringLiteral("DefaultFontSize"), fontSize);
+        fontName =
+            ini->getKeyString(QStringLiteral("Document"), QStringLiteral("DefaultFont"), fontName);
+        fontSize = ini->getKeyString(QStringLiteral("Document"), QStringLiteral("DefaultFontSize"),
+                                     fontSize);
     }
     QFont font(fontName);
     const double points = fontSize.toDouble();
@@ -363,8 +365,8 @@ void DocumentLifecycle::OpenDocument() {
     if (!dialogs) {
         return;
     }
-    const auto choice =
-        dialogs->openFile(QStringLiteral("Select file to open"), templatesFolder(), documentFileFilter());
+    const auto choice = dialogs->openFile(QStringLiteral("Select file to open"), templatesFolder(),
+                                          documentFileFilter());
     if (!choice) {
         return;
     }
@@ -423,7 +425,8 @@ LifecycleDocument* DocumentLifecycle::OpenExistingDocument(const QString& path, 
         if (converted && model.documentType == DocumentModel::Standard) {
             model.documentType = DocumentModel::Template;
         }
-        document->setCaption(changeDocumentCaption(QString(), model.documentType, baseName(target)));
+        document->setCaption(
+            changeDocumentCaption(QString(), model.documentType, baseName(target)));
         if (fileControl::FileSize(target) / 1024 > kContinuousFromKilobytes) {
             document->showContinuous();
         }
@@ -453,7 +456,8 @@ LifecycleDocument* DocumentLifecycle::OpenExistingDocument(const QString& path, 
                     document->setFileName(copy);
                     m_windows.refreshFileList();
                 } else {
-                    showMessage(QStringLiteral("The template could not be copied to %1.").arg(folder));
+                    showMessage(
+                        QStringLiteral("The template could not be copied to %1.").arg(folder));
                 }
             }
         }
@@ -495,8 +499,9 @@ bool DocumentLifecycle::SaveDocument(LifecycleDocument& document) {
         return saved.value_or(false);
     }
     case DocumentModel::SavedMergeResult:
-        showMessage(QStringLiteral("You cannot save or change an existing completed client merge "
-                                   "result document.  These documents are locked for viewing only."));
+        showMessage(
+            QStringLiteral("You cannot save or change an existing completed client merge "
+                           "result document.  These documents are locked for viewing only."));
         return false;
     default:
         break;
@@ -532,7 +537,8 @@ bool DocumentLifecycle::SaveDocumentAs(LifecycleDocument& document) {
     if (!dialogs) {
         return false;
     }
-    const QString suggested = inFolder(templatesFolder(), QFileInfo(document.fileName()).fileName());
+    const QString suggested =
+        inFolder(templatesFolder(), QFileInfo(document.fileName()).fileName());
     const auto choice =
         dialogs->saveFile(QStringLiteral("Save file as"), suggested, documentFileFilter());
     if (!choice) {
@@ -635,9 +641,10 @@ void DocumentLifecycle::deleteDocumentFile(const QString& path) {
         if (wouldBe != document->caption()) {
             continue;
         }
-        const QString question = QStringLiteral("The ") + document->caption() +
-                                 QStringLiteral(" is currently open.  Are you sure you want to close "
-                                                "this form and permanently delete this document?");
+        const QString question =
+            QStringLiteral("The ") + document->caption() +
+            QStringLiteral(" is currently open.  Are you sure you want to close "
+                           "this form and permanently delete this document?");
         if (box->askQuestion(question) != MsgboxClass::Yes) {
             return;
         }
@@ -665,9 +672,9 @@ bool DocumentLifecycle::queryUnload(LifecycleDocument& document) {
         return true;
     }
     const DocumentModel& model = document.model();
-    const auto question = closeQuestion(model.documentType, model.IsDocumentSaved,
-                                        model.HasDocumentChanged, document.fileName(),
-                                        document.caption());
+    const auto question =
+        closeQuestion(model.documentType, model.IsDocumentSaved, model.HasDocumentChanged,
+                      document.fileName(), document.caption());
     MsgboxClass* box = app().msgbox;
     if (!question || !box) {
         return true;

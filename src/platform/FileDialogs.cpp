@@ -82,9 +82,8 @@ int FileDialogs::filterIndexForPath(const QString& filter, const QString& path) 
     return int(filters.size());
 }
 
-std::optional<FileDialogs::FileChoice> FileDialogs::openFile(const QString& caption,
-                                                             const QString& folder,
-                                                             const QString& filter) {
+std::optional<FileDialogs::FileChoice>
+FileDialogs::openFile(const QString& caption, const QString& folder, const QString& filter) {
     const auto path = openFileName(caption, folder, filter);
     if (!path) {
         return std::nullopt;
@@ -92,9 +91,8 @@ std::optional<FileDialogs::FileChoice> FileDialogs::openFile(const QString& capt
     return FileChoice{*path, filterIndexForPath(filter, *path)};
 }
 
-std::optional<FileDialogs::FileChoice> FileDialogs::saveFile(const QString& caption,
-                                                             const QString& suggested,
-                                                             const QString& filter) {
+std::optional<FileDialogs::FileChoice>
+FileDialogs::saveFile(const QString& caption, const QString& suggested, const QString& filter) {
     const auto path = saveFileName(caption, suggested, filter);
     if (!path) {
         return std::nullopt;
@@ -115,8 +113,9 @@ std::optional<FileDialogs::FileChoice> ScriptedFileDialogs::withFilter(std::opti
     return FileChoice{*path, index};
 }
 
-std::optional<FileDialogs::FileChoice>
-ScriptedFileDialogs::openFile(const QString& caption, const QString& folder, const QString& filter) {
+std::optional<FileDialogs::FileChoice> ScriptedFileDialogs::openFile(const QString& caption,
+                                                                     const QString& folder,
+                                                                     const QString& filter) {
     return withFilter(openFileName(caption, folder, filter), filter);
 }
 

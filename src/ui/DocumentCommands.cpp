@@ -52,9 +52,7 @@ public:
         m_document.currentPageDisplayType = PageLayout::ContinuousDisplay;
         m_document.changePageDisplayType();
     }
-    bool closesSilently() const override {
-        return m_document.property("closeSilently").toBool();
-    }
+    bool closesSilently() const override { return m_document.property("closeSilently").toBool(); }
 
 private:
     frmDocument& m_document;
@@ -262,7 +260,8 @@ bool DocumentCommands::unloadAllDocuments() {
         order.removeOne(active);
         order.prepend(active);
     }
-    for (const QPointer<QMdiSubWindow>& sub : QList<QPointer<QMdiSubWindow>>(order.begin(), order.end())) {
+    for (const QPointer<QMdiSubWindow>& sub :
+         QList<QPointer<QMdiSubWindow>>(order.begin(), order.end())) {
         if (sub && sub->isVisible() && !sub->close()) {
             return false;
         }

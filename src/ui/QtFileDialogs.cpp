@@ -35,9 +35,8 @@ std::optional<QString> QtFileDialogs::existingFolder(const QString& caption,
     return chosen(QFileDialog::getExistingDirectory(m_owner, caption, folder));
 }
 
-std::optional<FileDialogs::FileChoice> QtFileDialogs::openFile(const QString& caption,
-                                                               const QString& folder,
-                                                               const QString& filter) {
+std::optional<FileDialogs::FileChoice>
+QtFileDialogs::openFile(const QString& caption, const QString& folder, const QString& filter) {
     QString selected;
     const auto path =
         chosen(QFileDialog::getOpenFileName(m_owner, caption, folder, filter, &selected));
@@ -47,13 +46,11 @@ std::optional<FileDialogs::FileChoice> QtFileDialogs::openFile(const QString& ca
     return FileChoice{*path, indexOf(filter, selected)};
 }
 
-std::optional<FileDialogs::FileChoice> QtFileDialogs::saveFile(const QString& caption,
-                                                               const QString& suggested,
-                                                               const QString& filter) {
+std::optional<FileDialogs::FileChoice>
+QtFileDialogs::saveFile(const QString& caption, const QString& suggested, const QString& filter) {
     QString selected;
-    const auto path = chosen(QFileDialog::getSaveFileName(m_owner, caption, suggested, filter,
-                                                          &selected,
-                                                          QFileDialog::DontConfirmOverwrite));
+    const auto path = chosen(QFileDialog::getSaveFileName(
+        m_owner, caption, suggested, filter, &selected, QFileDialog::DontConfirmOverwrite));
     if (!path) {
         return std::nullopt;
     }
