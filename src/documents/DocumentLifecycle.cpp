@@ -139,6 +139,11 @@ int openFilterFileSaveType(int filterIndex) {
                                                 : DocumentModel::RichText;
 }
 
+int droppedFileSaveType(const QString& path) {
+    return path.right(3).toUpper() == QLatin1String("TXT") ? DocumentModel::PlainText
+                                                           : DocumentModel::RichText;
+}
+
 QString changeDocumentCaption(const QString& current, int documentType, const QString& newName) {
     QString base = newName;
     if (base.trimmed().isEmpty()) {

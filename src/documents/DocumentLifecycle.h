@@ -88,6 +88,8 @@ NewDocumentFields newDocumentFields(NewDocumentKind kind, int count,
 // (see FileDialogs), and the fileSaveType that an Open filter index means.
 QString documentFileFilter();
 int openFilterFileSaveType(int filterIndex);
+// A file dropped on the window opens as text when its name ends in "TXT".
+int droppedFileSaveType(const QString& path);
 
 // The caption of a document: the prefix of its type and either `newName`
 // or, when that is blank, the current caption without any older prefix.

@@ -9,10 +9,13 @@
 #include "ui/frmMain.h"
 
 #include <QCloseEvent>
+#include <QDropEvent>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMimeData>
 #include <QTextDocument>
 #include <QTimer>
+#include <QUrl>
 
 namespace {
 
@@ -71,6 +74,9 @@ DocumentCommands::DocumentCommands(frmMain& window)
     connect(window.MDIArea(), &QMdiArea::subWindowActivated, this,
             &DocumentCommands::scheduleStatus);
     registerRoutes();
+    // Files dropped anywhere on the main window open as documents.
+    window.setAcceptDrops(true);
+    window.installEventFilter(this);
 }
 
 DocumentCommands::~DocumentCommands() {
@@ -157,7 +163,35 @@ void DocumentCommands::onWindowAdded(QMdiSubWindow* sub) {
     scheduleStatus();
 }
 
+bool DocumentCommands::dropEvent(QEvent* event) {
+    if (event->type() == QEvent::DragEnter || event->type() == QEvent::DragMove) {
+        auto* drag = static_cast<QDragMoveEvent*>(event);
+        // Only a list of files is taken.
+        if (drag->mimeData()->hasUrls()) {
+            drag->acceptProposedAction();
+        } else {
+            drag->ignore();
+        }
+        return true;
+    }
+    if (event->type() != QEvent::Drop) {
+        return false;
+    }
+    auto* drop = static_cast<QDropEvent*>(event);
+    for (const QUrl& url : drop->mimeData()->urls()) {
+        if (url.isLocalFile()) {
+            m_lifecycle.OpenExistingDocument(url.toLocalFile(),
+                                             droppedFileSaveType(url.toLocalFile()));
+        }
+    }
+    drop->acceptProposedAction();
+    return true;
+}
+
 bool DocumentCommands::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == &m_window) {
+        return dropEvent(event) || QObject::eventFilter(watched, event);
+    }
     if (event->type() != QEvent::Close) {
         return QObject::eventFilter(watched, event);
     }

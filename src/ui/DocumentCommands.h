@@ -62,6 +62,8 @@ private:
     std::optional<bool> saveMergeDoc(LifecycleDocument& document) override;
 
     void registerRoutes();
+    // Drag and drop of files on the main window; true when handled.
+    bool dropEvent(QEvent* event);
     void onWindowAdded(QMdiSubWindow* sub);
     void scheduleStatus();
     void refreshStatus();

@@ -160,6 +160,8 @@ TEST(DocumentLifecycleNames, NewKindsAndTheDialogFilter) {
     EXPECT_EQ(FileDialogs::filterIndexForPath(filter, "/x/a.doc"), 4);
     EXPECT_EQ(openFilterFileSaveType(2), 0);
     EXPECT_EQ(openFilterFileSaveType(4), 1);
+    EXPECT_EQ(droppedFileSaveType("/x/notes.Txt"), 1);
+    EXPECT_EQ(droppedFileSaveType("/x/notes.qmb"), 0);
 }
 
 TEST(DocumentLifecycleNames, StatusBarCounts) {
@@ -347,4 +349,19 @@ TEST_F(LifecycleTest, SaveAllReportsEvenWhenNothingChangedAndDeleteClosesTheWind
                            "Are you sure you want to permanently delete the gone document?"}));
     EXPECT_TRUE(windows.open.empty());
     EXPECT_FALSE(QFileInfo::exists(path));
+}
+
+TEST_F(LifecycleTest, SaveSelectionAsWritesOnlyTheSelection) {
+    FakeDocument* document = typed("keep this part, not that");
+    windows.active = document;
+    document->m_box.setSelStart(0);
+    document->m_box.setSelLength(14);
+    dialogs.queueAnswer(env.path("part.rtf"));
+    lifecycle.SaveSelectionAs();
+    EXPECT_EQ(dialogs.requests().back().caption, "Save selection as ...");
+    const QString written = env.path("part.RTF");
+    ASSERT_TRUE(QFileInfo(written).isFile());
+    RichTextBox back;
+    back.LoadFile(written);
+    EXPECT_EQ(back.Text(), "keep this part");
 }
