@@ -39,4 +39,7 @@ public:
     // Unloads every window but the main one, then the main one itself.
     virtual void unloadOtherWindows() = 0;
     virtual void closeMainWindow() = 0;
+    // Closes the documents, each asking to save its changes; false when
+    // the user kept one open, which calls the exit off.
+    virtual bool unloadDocuments() { return true; }
 };

@@ -194,6 +194,11 @@ void Application::exitCurrentProgram() {
     if (m_exiting) {
         return;
     }
+    // The documents are asked about first: a Cancel keeps the program
+    // running, and a host must not hear of an exit that did not happen.
+    if (!m_window->unloadDocuments()) {
+        return;
+    }
     m_exiting = true;
     if (app().docMergeObject && !app().isStandAlone && m_exitDocMerge) {
         m_exitDocMerge();

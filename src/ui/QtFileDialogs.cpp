@@ -9,6 +9,12 @@ std::optional<QString> chosen(const QString& path) {
     }
     return path;
 }
+
+int indexOf(const QString& filter, const QString& selected) {
+    const QStringList filters = filter.split(QStringLiteral(";;"), Qt::SkipEmptyParts);
+    const qsizetype at = filters.indexOf(selected);
+    return at < 0 ? 1 : int(at + 1);
+}
 } // namespace
 
 std::optional<QString> QtFileDialogs::openFileName(const QString& caption, const QString& folder,
@@ -27,4 +33,26 @@ std::optional<QString> QtFileDialogs::saveFileName(const QString& caption, const
 std::optional<QString> QtFileDialogs::existingFolder(const QString& caption,
                                                      const QString& folder) {
     return chosen(QFileDialog::getExistingDirectory(m_owner, caption, folder));
+}
+
+std::optional<FileDialogs::FileChoice>
+QtFileDialogs::openFile(const QString& caption, const QString& folder, const QString& filter) {
+    QString selected;
+    const auto path =
+        chosen(QFileDialog::getOpenFileName(m_owner, caption, folder, filter, &selected));
+    if (!path) {
+        return std::nullopt;
+    }
+    return FileChoice{*path, indexOf(filter, selected)};
+}
+
+std::optional<FileDialogs::FileChoice>
+QtFileDialogs::saveFile(const QString& caption, const QString& suggested, const QString& filter) {
+    QString selected;
+    const auto path = chosen(QFileDialog::getSaveFileName(
+        m_owner, caption, suggested, filter, &selected, QFileDialog::DontConfirmOverwrite));
+    if (!path) {
+        return std::nullopt;
+    }
+    return FileChoice{*path, indexOf(filter, selected)};
 }

@@ -15,6 +15,11 @@ public:
     std::optional<QString> saveFileName(const QString& caption, const QString& suggested,
                                         const QString& filter) override;
     std::optional<QString> existingFolder(const QString& caption, const QString& folder) override;
+    // The filter the user left selected, not the one the name matches.
+    std::optional<FileChoice> openFile(const QString& caption, const QString& folder,
+                                       const QString& filter) override;
+    std::optional<FileChoice> saveFile(const QString& caption, const QString& suggested,
+                                       const QString& filter) override;
 
 private:
     QWidget* m_owner;

@@ -3,10 +3,12 @@
 #include "app/MenuDefinition.h"
 #include "context/AppContext.h"
 #include "documents/DocumentFile.h"
+#include "documents/DocumentLifecycle.h"
 #include "files/clsINI.h"
 #include "platform/MsgboxClass.h"
 #include "platform/errorClass.h"
 #include "ui/CommandActions.h"
+#include "ui/DocumentCommands.h"
 #include "ui/PageView.h"
 #include "ui/frmDocument.h"
 
@@ -59,6 +61,7 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent), m_area(new QMdiArea(thi
     buildFontBar();
     buildStatusBar();
     registerRoutes();
+    installDocumentCommands(*this);
     connect(m_commands, &CommandActions::commandTriggered, this, &frmMain::runCommand);
     connect(m_area, &QMdiArea::subWindowActivated, this, &frmMain::onDocumentActivated);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
@@ -250,16 +253,20 @@ void frmMain::newDocument(int number) {
 }
 
 bool frmMain::openDocumentFile(const QString& path) {
-    auto document = std::make_unique<frmDocument>();
-    OpenedDocument opened;
     try {
-        opened = DocumentFile::open(path, document->rtfText());
+        openDocumentWindow(path);
     } catch (const QmError& fault) {
         if (MsgboxClass* box = app().msgbox) {
-            box->showMessage(fault.description());
+            box->showMessage(openFailureMessage(fault));
         }
         return false;
     }
+    return true;
+}
+
+frmDocument* frmMain::openDocumentWindow(const QString& path) {
+    auto document = std::make_unique<frmDocument>();
+    const OpenedDocument opened = DocumentFile::open(path, document->rtfText());
     // Field by field: the window's model keeps its own relayout hook.
     const DocumentModel& from = opened.model;
     document->setDocumentType(from.documentType);
@@ -289,8 +296,9 @@ bool frmMain::openDocumentFile(const QString& path) {
             open.front()->close();
         }
     }
-    addDocumentWindow(document.release(), opened.caption);
-    return true;
+    frmDocument* shown = document.release();
+    addDocumentWindow(shown, opened.caption);
+    return shown;
 }
 
 void frmMain::addDocumentWindow(frmDocument* document, const QString& caption) {
@@ -311,6 +319,7 @@ void frmMain::addDocumentWindow(frmDocument* document, const QString& caption) {
     if (!m_area->activeSubWindow()) {
         onDocumentActivated(sub);
     }
+    Q_EMIT documentWindowAdded(sub);
 }
 
 void frmMain::watchDocument(QMdiSubWindow* sub) {
@@ -583,6 +592,11 @@ void QtMainWindowHost::unloadOtherWindows() {
             w->close();
         }
     }
+}
+
+bool QtMainWindowHost::unloadDocuments() {
+    DocumentCommands* commands = m_window ? documentCommands(*m_window) : nullptr;
+    return commands == nullptr || commands->unloadAllDocuments();
 }
 
 void QtMainWindowHost::closeMainWindow() {

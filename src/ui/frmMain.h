@@ -44,6 +44,9 @@ public:
     // caption its file gives. A file that cannot be read is reported through
     // the message boxes and leaves no window behind; false then.
     bool openDocumentFile(const QString& path);
+    // The same without the messages: the new window, or QmError (the file
+    // is missing, unreadable or not RTF) and no window.
+    frmDocument* openDocumentWindow(const QString& path);
 
     // Runs a command by its name, behind the document-creation guard. A
     // command that is unavailable does nothing: its action is disabled, and
@@ -80,6 +83,10 @@ public:
     // Closing asks the application to end; it unloads the window itself.
     void setQueryUnload(std::function<void()> handler) { m_queryUnload = std::move(handler); }
     void allowClose() { m_closing = true; }
+
+Q_SIGNALS:
+    // A document window was added to the area, already shown.
+    void documentWindowAdded(QMdiSubWindow* window);
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -133,6 +140,7 @@ public:
     WindowPlacement placement() const override;
     void unloadOtherWindows() override;
     void closeMainWindow() override;
+    bool unloadDocuments() override;
 
     frmMain* window() const { return m_window.get(); }
 

@@ -21,9 +21,15 @@ public:
     WindowPlacement placement() const override { return where; }
     void unloadOtherWindows() override { calls << "unloadOthers"; }
     void closeMainWindow() override { calls << "close"; }
+    bool unloadDocuments() override {
+        calls << "unloadDocuments";
+        return !keepDocuments;
+    }
 
     QStringList calls;
     ScriptedMsgbox msgbox;
     WindowPlacement where;
     int errorAnswer = 2;
+    // A document whose question was answered with Cancel.
+    bool keepDocuments = false;
 };

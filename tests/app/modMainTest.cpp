@@ -155,6 +155,28 @@ TEST(modMainTest, ExitTellsTheHostOnceAndSavesTheWindowState) {
     }
 }
 
+TEST(modMainTest, ACancelledDocumentQuestionCallsTheExitOffBeforeTheHostHears) {
+    Started s;
+    ScriptedDocMergeApplication hostApplication;
+    clsDocMerge host(hostApplication);
+    host.setAppWorkingDataFolder(s.env.path("host/work/"));
+    int told = 0;
+    s.program->setExitDocMergeHook([&] { ++told; });
+    s.program->Main({"--automation"});
+    s.program->startApplication(true, &host);
+    s.window->keepDocuments = true;
+    s.program->exitCurrentProgram();
+    EXPECT_EQ(told, 0);
+    EXPECT_FALSE(s.program->hasExited());
+    EXPECT_FALSE(s.window->calls.contains("close"));
+    EXPECT_NE(s.context->iniSettings, nullptr);
+
+    s.window->keepDocuments = false;
+    s.program->exitCurrentProgram();
+    EXPECT_EQ(told, 1);
+    EXPECT_TRUE(s.program->hasExited());
+}
+
 TEST(modMainTest, AnErrorAnsweredWithEndProgramEndsThroughTheExitRoutine) {
     Started s;
     ScriptedDocMergeApplication hostApplication;
