@@ -1,5 +1,6 @@
 #include "app/modMain.h"
 #include "context/AppContext.h"
+#include "platform/TerminationSignal.h"
 #include "ui/HostedApplication.h"
 #include "ui/frmMain.h"
 
@@ -25,6 +26,8 @@ int runWindowedProgram(int argc, char** argv) {
             window->window()->openDocumentFile(path);
         }
     }
+    // The end of the desktop session leaves the way File > Exit does.
+    const TerminationSignal sessionEnd([&program] { program.exitCurrentProgram(); });
     QApplication::setQuitOnLastWindowClosed(true);
     return QApplication::exec();
 }

@@ -7,7 +7,10 @@
 #include "platform/MsgboxClass.h"
 #include "platform/errorClass.h"
 #include "ui/CommandActions.h"
+#include "ui/MainWindowPosition.h"
+#include "ui/OptionsCommands.h"
 #include "ui/PageView.h"
+#include "ui/RecentFilesMenu.h"
 #include "ui/frmDocument.h"
 
 #include <QAction>
@@ -59,6 +62,8 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent), m_area(new QMdiArea(thi
     buildFontBar();
     buildStatusBar();
     registerRoutes();
+    m_recentFiles = new RecentFilesMenu(*this);
+    m_options = new OptionsCommands(*this);
     connect(m_commands, &CommandActions::commandTriggered, this, &frmMain::runCommand);
     connect(m_area, &QMdiArea::subWindowActivated, this, &frmMain::onDocumentActivated);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
@@ -290,7 +295,12 @@ bool frmMain::openDocumentFile(const QString& path) {
         }
     }
     addDocumentWindow(document.release(), opened.caption);
+    addRecentFile(path);
     return true;
+}
+
+void frmMain::addRecentFile(const QString& path) {
+    m_recentFiles->SaveMRUFile(path);
 }
 
 void frmMain::addDocumentWindow(frmDocument* document, const QString& caption) {
@@ -527,7 +537,9 @@ void QtMainWindowHost::load() {
 void QtMainWindowHost::MDIFormInitialize() {
     AppContext& ctx = app();
     m_window->EnableOrDisableAllMenuAndButtons(false);
+    positionMDI(*m_window);
     m_window->LoadFonts();
+    m_window->recentFiles()->GetMRUList();
     m_window->GetSettings();
     ctx.unnamedDocumentCount = 0;
     if (ctx.isStandAlone) {

@@ -13,6 +13,8 @@
 #include <optional>
 
 class CommandActions;
+class OptionsCommands;
+class RecentFilesMenu;
 class frmDocument;
 class QComboBox;
 class QLabel;
@@ -44,6 +46,11 @@ public:
     // caption its file gives. A file that cannot be read is reported through
     // the message boxes and leaves no window behind; false then.
     bool openDocumentFile(const QString& path);
+    // Puts a document at the head of File > Recent Files and the settings
+    // file: after it was opened, or saved under a new name.
+    void addRecentFile(const QString& path);
+    RecentFilesMenu* recentFiles() const { return m_recentFiles; }
+    OptionsCommands* options() const { return m_options; }
 
     // Runs a command by its name, behind the document-creation guard. A
     // command that is unavailable does nothing: its action is disabled, and
@@ -76,6 +83,9 @@ public:
     void GetSettings();
     // Text of a status bar panel, 1 to 5 (3 the caret's line, 5 the count).
     void setStatusPanel(int panel, const QString& text);
+    // Shows or hides the bar of a View command with its check mark, as the
+    // command does, without writing the setting.
+    void setViewShown(const QString& command, bool shown);
 
     // Closing asks the application to end; it unloads the window itself.
     void setQueryUnload(std::function<void()> handler) { m_queryUnload = std::move(handler); }
@@ -94,7 +104,6 @@ private:
     void onDocumentClosed();
     void applyStatus();
     void toggleView(const QString& command);
-    void setViewShown(const QString& command, bool shown);
     QWidget* viewTarget(const QString& command) const;
     enum class Arrangement { Cascade, TileHorizontal, TileVertical, Icons };
     void arrangeDocuments(Arrangement how);
@@ -102,6 +111,8 @@ private:
 
     QMdiArea* m_area;
     CommandActions* m_commands = nullptr;
+    RecentFilesMenu* m_recentFiles = nullptr;
+    OptionsCommands* m_options = nullptr;
     QToolBar* m_fontBar = nullptr;
     QComboBox* m_fontName = nullptr;
     QComboBox* m_fontSize = nullptr;
