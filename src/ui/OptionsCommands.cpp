@@ -27,7 +27,11 @@ QStringList itemsOf(const QComboBox* box) {
 
 OptionsCommands::OptionsCommands(frmMain& main) : QObject(&main), m_main(main) {
     setObjectName(QStringLiteral("OptionsCommands"));
-    applyTabStripSettings(*main.MDIArea(), readTabStripSettings(app().iniSettings));
+    // At load the settings object has no file yet; its reads would give the
+    // defaults, so they are taken without touching the disk.
+    clsINI* ini = app().iniSettings;
+    applyTabStripSettings(*main.MDIArea(),
+                          readTabStripSettings(ini && !ini->INIFile().isEmpty() ? ini : nullptr));
     main.addRoute(QStringLiteral("mnuToolsOptions"), [this] { showOptions(); });
 }
 

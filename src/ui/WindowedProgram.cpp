@@ -5,6 +5,7 @@
 #include "ui/frmMain.h"
 
 #include <QApplication>
+#include <QWidget>
 
 // The windowed program: the application object and the two start modes.
 int runWindowedProgram(int argc, char** argv) {
@@ -15,9 +16,31 @@ int runWindowedProgram(int argc, char** argv) {
     auto host = std::make_unique<QtMainWindowHost>();
     QtMainWindowHost* window = host.get();
     Application program(std::move(host));
+    // The end of the desktop session leaves the way File > Exit does. While
+    // start-up runs (it may wait on a message) the request is kept, the
+    // message closed, and the exit taken once start-up is through.
+    bool started = false;
+    bool exitAsked = false;
+    auto sessionEnd = std::make_unique<TerminationSignal>([&] {
+        if (started) {
+            program.exitCurrentProgram();
+            return;
+        }
+        exitAsked = true;
+        if (QWidget* modal = QApplication::activeModalWidget()) {
+            modal->close();
+        }
+    });
     if (!program.Main(args)) {
-        // Hosted: the host's opening call starts the application.
+        // Hosted: the host's opening call starts the application, and the
+        // hosted loop ends the session its own way.
+        sessionEnd.reset();
         return runAutomation(program, *window);
+    }
+    started = true;
+    if (exitAsked) {
+        program.exitCurrentProgram();
+        return 0;
     }
     if (window->window()) {
         window->window()->setQueryUnload([&program] { program.exitCurrentProgram(); });
@@ -26,8 +49,6 @@ int runWindowedProgram(int argc, char** argv) {
             window->window()->openDocumentFile(path);
         }
     }
-    // The end of the desktop session leaves the way File > Exit does.
-    const TerminationSignal sessionEnd([&program] { program.exitCurrentProgram(); });
     QApplication::setQuitOnLastWindowClosed(true);
     return QApplication::exec();
 }
