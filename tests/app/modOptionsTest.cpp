@@ -44,6 +44,7 @@ TEST(modOptionsTest, ANewSettingsFileOpensTheDialogOnItsFirstValues) {
         return command == QLatin1String("mnuViewStatusBar");
     };
     context.templatesFolder = QStringLiteral("/t/");
+    f.ini.deleteKey(QStringLiteral("Document"), QStringLiteral("ViewMode"));
     const OptionsData data = Getdata(&f.ini, context);
     EXPECT_EQ(data.defaultFont, QStringLiteral("Arial"));
     EXPECT_EQ(data.defaultFontSize, QStringLiteral("10"));
@@ -55,6 +56,12 @@ TEST(modOptionsTest, ANewSettingsFileOpensTheDialogOnItsFirstValues) {
     EXPECT_FALSE(data.checked(QStringLiteral("chkStandard")));
     EXPECT_EQ(data.templatesFolder, QStringLiteral("/t/"));
     EXPECT_EQ(data.checks.size(), 10);
+    // Reading fills in a key the file lacks.
+    EXPECT_EQ(f.value("Document", "ViewMode"), QStringLiteral("2"));
+
+    // Without a settings object every value is its default and nothing fails.
+    EXPECT_EQ(Getdata(nullptr, {}).defaultFont, QStringLiteral("Arial"));
+    SetData(nullptr, data);
 }
 
 TEST(modOptionsTest, WithADocumentOpenItsFontIsOfferedInsteadOfTheDefault) {
@@ -150,22 +157,4 @@ TEST(modOptionsTest, JunkAndBothTruthSpellingsReadSafely) {
     f.ini.setKeyValue(QStringLiteral("Document"), QStringLiteral("WindowState"),
                       QStringLiteral("3"));
     EXPECT_EQ(Getdata(&f.ini, {}).documentState, 2);
-}
-
-TEST(modOptionsTest, AMissingKeyIsWrittenBackWithItsDefaultWhenRead) {
-    Fixture f;
-    f.ini.deleteKey(QStringLiteral("Document"), QStringLiteral("DefaultFontSize"));
-    f.ini.deleteKey(QStringLiteral("Document"), QStringLiteral("ViewMode"));
-    f.ini.deleteSection(QStringLiteral("DocumentTabs"));
-    const OptionsData data = Getdata(&f.ini, {});
-    EXPECT_EQ(data.defaultFontSize, QStringLiteral("10"));
-    EXPECT_EQ(data.tabStyle, 2);
-    EXPECT_EQ(f.value("Document", "DefaultFontSize"), QStringLiteral("10"));
-    EXPECT_EQ(f.value("Document", "ViewMode"), QStringLiteral("2"));
-    EXPECT_EQ(f.value("DocumentTabs", "Style"), QStringLiteral("2"));
-    EXPECT_EQ(f.value("DocumentTabs", "ViewIcon"), QStringLiteral("0"));
-
-    // Without a settings object every value is its default and nothing fails.
-    EXPECT_EQ(Getdata(nullptr, {}).defaultFont, QStringLiteral("Arial"));
-    SetData(nullptr, data);
 }

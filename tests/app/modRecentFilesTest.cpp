@@ -95,14 +95,6 @@ TEST(RecentFilesTest, ADamagedSettingsFileStillGivesAList) {
     EXPECT_EQ(f.stored(1), doc("new"));
 }
 
-TEST(RecentFilesTest, WithoutASettingsFileOnlyTheListInMemoryChanges) {
-    RecentFiles list;
-    list.SaveMRUFile(nullptr, doc("a"));
-    list.SaveMRUFile(nullptr, QStringLiteral("  "));
-    list.GetMRUList(nullptr);
-    EXPECT_EQ(list.entries(), QStringList{doc("a")});
-}
-
 TEST(RecentFilesTest, CaptionsShowThePositionAndTheBareName) {
     const struct {
         int position;
@@ -112,7 +104,6 @@ TEST(RecentFilesTest, CaptionsShowThePositionAndTheBareName) {
         {1, "/letters/Year end.qmw", "1. Year end"},
         {3, "/a.b/notes", "3. notes"},
         {8, "/clients/Smith & Sons.qmt", "8. Smith && Sons"},
-        {2, "/x/archive.2024.qmb", "2. archive.2024"},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(RecentFiles::itemCaption(c.position, QString::fromUtf8(c.path)),
