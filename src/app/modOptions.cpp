@@ -25,16 +25,17 @@ const std::vector<OptionCheck>& optionChecks() {
         // MergeTutorialToolbar at start. The two keys stay apart, so a merge
         // bar chosen here does not come back after a restart.
         return std::vector<OptionCheck>{
-            {"chkStandard", "Standard", bars, "StandardToolbar", "mnuViewToolbarStandard"},
-            {"chkFont", "Font", bars, "FontToolbar", "mnuViewToolbarFont"},
-            {"chkFormat", "Format", bars, "FormatToolbar", "mnuViewToolbarFormat"},
-            {"chkFile", "File", bars, "FileToolbar", "mnuViewToolbarFile"},
-            {"chkEdit", "Edit", bars, "EditToolbar", "mnuViewToolbarEdit"},
-            {"chkWindow", "Window", bars, "WindowToolbar", "mnuViewToolbarWindow"},
-            {"chkMerge", "Merge Tutorial", bars, "MergeToolbar", "mnuViewToolbarMergeTutorial"},
-            {"chkStatusBar", "Show Status Bar", view, "ShowStatusBar", "mnuViewStatusBar"},
-            {"chkRuler", "Show Ruler", view, "ShowRuler", "mnuViewRuler"},
-            {"chkFileTree", "Show File Tree", view, "ShowFileTree", "mnuViewFileTree"},
+            {"chkStandard", "Standard", bars, "StandardToolbar", "mnuViewToolbarStandard", "1"},
+            {"chkFont", "Font", bars, "FontToolbar", "mnuViewToolbarFont", "1"},
+            {"chkFormat", "Format", bars, "FormatToolbar", "mnuViewToolbarFormat", "1"},
+            {"chkFile", "File", bars, "FileToolbar", "mnuViewToolbarFile", "0"},
+            {"chkEdit", "Edit", bars, "EditToolbar", "mnuViewToolbarEdit", "0"},
+            {"chkWindow", "Window", bars, "WindowToolbar", "mnuViewToolbarWindow", "0"},
+            {"chkMerge", "Merge Tutorial", bars, "MergeToolbar", "mnuViewToolbarMergeTutorial",
+             "1"},
+            {"chkStatusBar", "Show Status Bar", view, "ShowStatusBar", "mnuViewStatusBar", "1"},
+            {"chkRuler", "Show Ruler", view, "ShowRuler", "mnuViewRuler", "0"},
+            {"chkFileTree", "Show File Tree", view, "ShowFileTree", "mnuViewFileTree", "1"},
         };
     }();
     return checks;
@@ -68,6 +69,15 @@ OptionsData Getdata(clsINI* ini, const OptionsContext& context) {
     data.defaultFont = context.documentFont.value_or(storedFont);
     data.defaultFontSize = context.documentFontSize.value_or(storedSize);
     for (const OptionCheck& check : optionChecks()) {
+        if (context.viewBuilt && !context.viewBuilt(check.viewCommand)) {
+            // The View item of a missing bar is never checked; showing it
+            // would make OK switch the bar off for a later build.
+            data.unbuilt.insert(check.control);
+            data.checks.insert(
+                check.control,
+                clsINI::isTrueValue(read(ini, check.section, check.key, check.firstValue)));
+            continue;
+        }
         data.checks.insert(check.control,
                            context.viewChecked && context.viewChecked(check.viewCommand));
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QHash>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <functional>
@@ -20,6 +21,7 @@ struct OptionCheck {
     QString section;     // "QuillmerePadToolbars"
     QString key;         // "StandardToolbar"
     QString viewCommand; // "mnuViewToolbarStandard": the View item it mirrors
+    QString firstValue;  // the key's value in a new settings file
 };
 // The seven tool bar boxes, then the three View boxes, in the order SetData
 // writes them.
@@ -34,7 +36,10 @@ struct OptionsData {
     QString defaultFont;
     QString defaultFontSize;
     QHash<QString, bool> checks; // by control name of optionChecks()
-    int documentState = 2;       // index into documentStateItems()
+    // Boxes whose bar this build lacks: they show the stored key, cannot be
+    // changed, and write back what they show.
+    QSet<QString> unbuilt;
+    int documentState = 2; // index into documentStateItems()
     bool stayOnTop = false;
     int tabStyle = 2; // index into tabStyleItems()
     bool drawFocusRect = false;
@@ -48,6 +53,8 @@ struct OptionsData {
 struct OptionsContext {
     // Whether a View item is checked now.
     std::function<bool(const QString& command)> viewChecked;
+    // Whether the window has the bar of a View item; all when unset.
+    std::function<bool(const QString& command)> viewBuilt;
     // Font and size at the caret of the active document; unset with none
     // open, when the stored defaults are shown instead.
     std::optional<QString> documentFont;

@@ -41,6 +41,7 @@ std::unique_ptr<frmOptions> OptionsCommands::createDialog() {
         const QAction* item = m_main.commands()->action(command);
         return item && item->isChecked();
     };
+    context.viewBuilt = [this](const QString& command) { return m_main.hasRoute(command); };
     // With a document open the dialog offers the font at its caret.
     if (m_main.activeDocumentWindow() && !m_main.menuStatus().fontName.isEmpty()) {
         context.documentFont = m_main.menuStatus().fontName;

@@ -1,5 +1,6 @@
 #include "ui/frmOptions.h"
 
+#include "app/modMenuStatus.h"
 #include "context/AppContext.h"
 #include "platform/FileDialogs.h"
 
@@ -132,6 +133,10 @@ QWidget* frmOptions::buildBarsPage(const OptionsData& data) {
         QWidget* group = isBar ? bars : view;
         QCheckBox* box = checkBox(check.control, check.caption, data.checked(check.control), group);
         (isBar ? barsLayout : viewLayout)->addWidget(box);
+        if (data.unbuilt.contains(check.control)) {
+            box->setEnabled(false);
+            box->setToolTip(notAvailableYetTip());
+        }
         m_checks.insert(check.control, box);
     }
     auto* layout = new QHBoxLayout(page);

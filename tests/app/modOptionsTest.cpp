@@ -43,6 +43,13 @@ TEST(modOptionsTest, ANewSettingsFileOpensTheDialogOnItsFirstValues) {
     context.viewChecked = [](const QString& command) {
         return command == QLatin1String("mnuViewStatusBar");
     };
+    // A build without the ruler shows the stored key, and knows it.
+    context.viewBuilt = [](const QString& command) {
+        return command != QLatin1String("mnuViewRuler") &&
+               command != QLatin1String("mnuViewFileTree");
+    };
+    f.ini.setKeyValue(QStringLiteral("QuillmerePadSettings"), QStringLiteral("ShowRuler"),
+                      QStringLiteral("True"));
     context.templatesFolder = QStringLiteral("/t/");
     f.ini.deleteKey(QStringLiteral("Document"), QStringLiteral("ViewMode"));
     const OptionsData data = Getdata(&f.ini, context);
@@ -54,6 +61,9 @@ TEST(modOptionsTest, ANewSettingsFileOpensTheDialogOnItsFirstValues) {
     EXPECT_FALSE(data.drawIcons);
     EXPECT_TRUE(data.checked(QStringLiteral("chkStatusBar")));
     EXPECT_FALSE(data.checked(QStringLiteral("chkStandard")));
+    EXPECT_TRUE(data.checked(QStringLiteral("chkRuler")));
+    EXPECT_TRUE(data.checked(QStringLiteral("chkFileTree")));
+    EXPECT_EQ(data.unbuilt, (QSet<QString>{"chkRuler", "chkFileTree"}));
     EXPECT_EQ(data.templatesFolder, QStringLiteral("/t/"));
     EXPECT_EQ(data.checks.size(), 10);
     // Reading fills in a key the file lacks.
