@@ -3,7 +3,6 @@
 #include "files/clsINI.h"
 
 #include <algorithm>
-#include <climits>
 
 namespace {
 
@@ -13,9 +12,9 @@ std::optional<int> plainNumber(const QString& text) {
     return ok ? std::optional<int>(value) : std::nullopt;
 }
 
-bool contains(const FormRect& area, int x, int y) {
-    return x >= area.left && x < area.left + area.width && y >= area.top &&
-           y < area.top + area.height;
+bool contains(const FormRect& area, long long x, long long y) {
+    return x >= area.left && x < static_cast<long long>(area.left) + area.width && y >= area.top &&
+           y < static_cast<long long>(area.top) + area.height;
 }
 
 FormRect centredDefault(const FormRect& screen) {
@@ -76,8 +75,7 @@ MDIPosition positionMDI(const StoredWindowPosition& stored, const std::vector<Fo
     const long long cy = static_cast<long long>(wanted.top) + wanted.height / 2;
     FormRect screen = primary;
     for (const FormRect& s : screens) {
-        if (cx >= INT_MIN && cx <= INT_MAX && cy >= INT_MIN && cy <= INT_MAX &&
-            contains(s, int(cx), int(cy))) {
+        if (contains(s, cx, cy)) {
             screen = s;
             break;
         }

@@ -3,8 +3,9 @@
 #include "app/modMain.h"
 
 #include <QString>
-#include <optional>
 #include <vector>
+
+class clsINI;
 
 // Where the main window comes up, from what the settings file remembers.
 // All lengths are twips, as the file keeps them.
@@ -28,7 +29,6 @@ struct StoredWindowPosition {
 };
 
 // Reads the five keys (each missing one is written back as "<not_set>").
-class clsINI;
 StoredWindowPosition readStoredWindowPosition(clsINI& ini);
 
 struct MDIPosition {
@@ -38,7 +38,7 @@ struct MDIPosition {
 };
 
 // positionMDI. `screens` are the available areas of the screens, the
-// primary first; at least one. With any value unset or not a plain number
+// primary first (none: a 1024 x 768 one is assumed). With any value unset or not a plain number
 // (or a width or height under 1): the default size centred on the primary
 // screen. State 2 is maximised. The stored rectangle goes to the screen
 // that holds its centre, else the primary, and is made to fit there: raised
