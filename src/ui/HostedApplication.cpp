@@ -5,6 +5,7 @@
 #include "context/AppContext.h"
 #include "documents/modDocument.h"
 #include "merge/MergeResultDocument.h"
+#include "platform/TerminationSignal.h"
 #include "platform/errorClass.h"
 #include "platform/fileControl.h"
 #include "platform/richtext/RichTextBox.h"
@@ -188,6 +189,8 @@ int runAutomation(Application& program, QtMainWindowHost& window) {
         service.programEnds();
         QTimer::singleShot(0, qApp, &QCoreApplication::quit);
     });
+    // The end of the desktop session leaves the way the host's Quit does.
+    const TerminationSignal sessionEnd([&hosted] { hosted.exitCurrentProgram(); });
     QApplication::setQuitOnLastWindowClosed(false);
     const int code = QApplication::exec();
     service.programEnds();

@@ -1,9 +1,11 @@
 #include "app/modMain.h"
 #include "context/AppContext.h"
+#include "platform/TerminationSignal.h"
 #include "ui/HostedApplication.h"
 #include "ui/frmMain.h"
 
 #include <QApplication>
+#include <QWidget>
 
 // The windowed program: the application object and the two start modes.
 // `args` are the arguments as main decoded them, file names intact.
@@ -14,9 +16,31 @@ int runWindowedProgram(int argc, char** argv, const QStringList& args) {
     auto host = std::make_unique<QtMainWindowHost>();
     QtMainWindowHost* window = host.get();
     Application program(std::move(host));
+    // The end of the desktop session leaves the way File > Exit does. While
+    // start-up runs (it may wait on a message) the request is kept, the
+    // message closed, and the exit taken once start-up is through.
+    bool started = false;
+    bool exitAsked = false;
+    auto sessionEnd = std::make_unique<TerminationSignal>([&] {
+        if (started) {
+            program.exitCurrentProgram();
+            return;
+        }
+        exitAsked = true;
+        if (QWidget* modal = QApplication::activeModalWidget()) {
+            modal->close();
+        }
+    });
     if (!program.Main(args)) {
-        // Hosted: the host's opening call starts the application.
+        // Hosted: the host's opening call starts the application, and the
+        // hosted loop ends the session its own way.
+        sessionEnd.reset();
         return runAutomation(program, *window);
+    }
+    started = true;
+    if (exitAsked) {
+        program.exitCurrentProgram();
+        return 0;
     }
     if (window->window()) {
         window->window()->setQueryUnload([&program] { program.exitCurrentProgram(); });

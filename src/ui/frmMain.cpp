@@ -9,7 +9,10 @@
 #include "platform/errorClass.h"
 #include "ui/CommandActions.h"
 #include "ui/DocumentCommands.h"
+#include "ui/MainWindowPosition.h"
+#include "ui/OptionsCommands.h"
 #include "ui/PageView.h"
+#include "ui/RecentFilesMenu.h"
 #include "ui/frmDocument.h"
 
 #include <QAction>
@@ -62,6 +65,11 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent), m_area(new QMdiArea(thi
     buildStatusBar();
     registerRoutes();
     installDocumentCommands(*this);
+    m_recentFiles = new RecentFilesMenu(*this);
+    m_options = new OptionsCommands(*this);
+    // Saved under a new name or opened: the head of the recent files.
+    connect(documentCommands(*this), &DocumentCommands::documentFileUsed, this,
+            &frmMain::addRecentFile);
     connect(m_commands, &CommandActions::commandTriggered, this, &frmMain::runCommand);
     connect(m_area, &QMdiArea::subWindowActivated, this, &frmMain::onDocumentActivated);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
@@ -298,7 +306,12 @@ frmDocument* frmMain::openDocumentWindow(const QString& path) {
     }
     frmDocument* shown = document.release();
     addDocumentWindow(shown, opened.caption);
+    addRecentFile(path);
     return shown;
+}
+
+void frmMain::addRecentFile(const QString& path) {
+    m_recentFiles->SaveMRUFile(path);
 }
 
 void frmMain::addDocumentWindow(frmDocument* document, const QString& caption) {
@@ -536,7 +549,9 @@ void QtMainWindowHost::load() {
 void QtMainWindowHost::MDIFormInitialize() {
     AppContext& ctx = app();
     m_window->EnableOrDisableAllMenuAndButtons(false);
+    positionMDI(*m_window);
     m_window->LoadFonts();
+    m_window->recentFiles()->GetMRUList();
     m_window->GetSettings();
     ctx.unnamedDocumentCount = 0;
     if (ctx.isStandAlone) {

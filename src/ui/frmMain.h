@@ -13,6 +13,8 @@
 #include <optional>
 
 class CommandActions;
+class OptionsCommands;
+class RecentFilesMenu;
 class frmDocument;
 class QComboBox;
 class QLabel;
@@ -47,6 +49,11 @@ public:
     // The same without the messages: the new window, or QmError (the file
     // is missing, unreadable or not RTF) and no window.
     frmDocument* openDocumentWindow(const QString& path);
+    // Puts a document at the head of File > Recent Files and the settings
+    // file: after it was opened, or saved under a new name.
+    void addRecentFile(const QString& path);
+    RecentFilesMenu* recentFiles() const { return m_recentFiles; }
+    OptionsCommands* options() const { return m_options; }
 
     // Runs a command by its name, behind the document-creation guard. A
     // command that is unavailable does nothing: its action is disabled, and
@@ -79,6 +86,9 @@ public:
     void GetSettings();
     // Text of a status bar panel, 1 to 5 (3 the caret's line, 5 the count).
     void setStatusPanel(int panel, const QString& text);
+    // Shows or hides the bar of a View command with its check mark, as the
+    // command does, without writing the setting.
+    void setViewShown(const QString& command, bool shown);
 
     // Closing asks the application to end; it unloads the window itself.
     void setQueryUnload(std::function<void()> handler) { m_queryUnload = std::move(handler); }
@@ -101,7 +111,6 @@ private:
     void onDocumentClosed();
     void applyStatus();
     void toggleView(const QString& command);
-    void setViewShown(const QString& command, bool shown);
     QWidget* viewTarget(const QString& command) const;
     enum class Arrangement { Cascade, TileHorizontal, TileVertical, Icons };
     void arrangeDocuments(Arrangement how);
@@ -109,6 +118,8 @@ private:
 
     QMdiArea* m_area;
     CommandActions* m_commands = nullptr;
+    RecentFilesMenu* m_recentFiles = nullptr;
+    OptionsCommands* m_options = nullptr;
     QToolBar* m_fontBar = nullptr;
     QComboBox* m_fontName = nullptr;
     QComboBox* m_fontSize = nullptr;
