@@ -1,12 +1,14 @@
 #include "ui/frmMain.h"
 
 #include "app/MenuDefinition.h"
+#include "app/SelectionState.h"
 #include "context/AppContext.h"
 #include "documents/DocumentFile.h"
 #include "files/clsINI.h"
 #include "platform/MsgboxClass.h"
 #include "platform/errorClass.h"
 #include "ui/CommandActions.h"
+#include "ui/EditCommands.h"
 #include "ui/PageView.h"
 #include "ui/frmDocument.h"
 
@@ -59,6 +61,7 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent), m_area(new QMdiArea(thi
     buildFontBar();
     buildStatusBar();
     registerRoutes();
+    installEditCommands(*this);
     connect(m_commands, &CommandActions::commandTriggered, this, &frmMain::runCommand);
     connect(m_area, &QMdiArea::subWindowActivated, this, &frmMain::onDocumentActivated);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
@@ -70,8 +73,10 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent), m_area(new QMdiArea(thi
     }
     m_stateReader = [](QMdiSubWindow* sub) -> std::optional<ActiveDocumentState> {
         if (auto* document = qobject_cast<frmDocument*>(sub->widget())) {
-            return readTextState(*document->rtfText().document(), document->rtfText().textCursor(),
-                                 document->documentType());
+            const QMimeData* clip = QGuiApplication::clipboard()->mimeData();
+            return readSelectionState(document->rtfText(), document->documentType(),
+                                      document->rtfText().document()->isModified(),
+                                      clip && clip->hasText());
         }
         auto* edit = sub->widget() ? qobject_cast<QTextEdit*>(sub->widget()) : nullptr;
         if (!edit) {
