@@ -307,9 +307,9 @@ bool PageView::event(QEvent* event) {
         // The text acts on its own edit keys, before the menus' shortcuts
         // for the same commands can.
         const auto* key = static_cast<QKeyEvent*>(event);
-        for (const auto standard : {QKeySequence::Copy, QKeySequence::Cut, QKeySequence::Paste,
-                                    QKeySequence::Undo, QKeySequence::Redo,
-                                    QKeySequence::SelectAll}) {
+        for (const auto standard :
+             {QKeySequence::Copy, QKeySequence::Cut, QKeySequence::Paste, QKeySequence::Undo,
+              QKeySequence::Redo, QKeySequence::SelectAll}) {
             if (key->matches(standard)) {
                 event->accept();
                 return true;
