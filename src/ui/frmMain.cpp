@@ -375,10 +375,13 @@ void frmMain::refreshMenuStatus() {
 
 void frmMain::applyStatus() {
     m_commands->apply(m_status, [this](const QString& command) { return hasRoute(command); });
-    if (!m_status.fontName.isEmpty()) {
-        m_fontName->setCurrentIndex(m_fontName->findText(m_status.fontName));
+    // A selection of mixed fonts or sizes leaves the box blank.
+    m_fontName->setCurrentIndex(m_fontName->findText(m_status.fontName));
+    if (m_fontSize->isEditable()) {
+        m_fontSize->setEditText(m_status.fontSize);
+    } else {
+        m_fontSize->setCurrentIndex(m_fontSize->findText(m_status.fontSize));
     }
-    m_fontSize->setCurrentIndex(m_fontSize->findText(m_status.fontSize));
 }
 
 void frmMain::arrangeDocuments(Arrangement how) {

@@ -136,6 +136,11 @@ TEST_F(EditCommandsTest, FontBarAndFontDialogApplyToTheSelection) {
     const QString family = names->itemText(names->count() - 1);
     Q_EMIT names->textActivated(family);
     EXPECT_EQ(box().SelFontName(), std::optional<QString>(family));
+    select(0, 11); // 18 points and the default size: the size box goes blank
+    EXPECT_TRUE(size->currentText().isEmpty());
+    EXPECT_TRUE(names->currentText().isEmpty());
+    select(0, 7);
+    EXPECT_EQ(names->currentText(), family);
 
     FormatCommands::FontChoice seen;
     commands()->setFontChooser([&seen](const FormatCommands::FontChoice& seed) {
