@@ -2,6 +2,7 @@
 
 #include "app/MenuDefinition.h"
 #include "context/AppContext.h"
+#include "documents/NumberedLines.h"
 #include "platform/MsgboxClass.h"
 #include "ui/CommandActions.h"
 #include "ui/PageView.h"
@@ -191,6 +192,20 @@ TEST_F(EditCommandsTest, FindDialogFindsReplacesAndSaysWhenItIsDone) {
                       Qt::LeftButton);
     EXPECT_EQ(box().Text(), QStringLiteral("charge due\r\nThe charge\r\nfees"));
     EXPECT_EQ(messages.texts().back(), QStringLiteral("2 replacements have been made."));
+}
+
+TEST_F(EditCommandsTest, AHitOnALaterSheetIsSelectedAndScrolledIntoView) {
+    document().loadText(numberedLines(120)); // three sheets
+    ASSERT_EQ(document().totalPages(), 3);
+    action(QStringLiteral("mnuSearchFind"))->trigger();
+    frmFind* find = commands()->findDialog();
+    find->findChild<QComboBox*>(QStringLiteral("cboFind"))->setEditText(QStringLiteral("Line 119"));
+    QTest::mouseClick(find->findChild<QPushButton*>(QStringLiteral("cmdFind")), Qt::LeftButton);
+    EXPECT_EQ(box().SelText(), QStringLiteral("Line 119"));
+    EXPECT_EQ(document().currentPage(), 3) << "the last line stands on the last sheet";
+    PageView* view = document().pageView();
+    EXPECT_TRUE(
+        view->viewport()->rect().contains(view->viewportRectOf(box().textCursor().position())));
 }
 
 TEST_F(EditCommandsTest, GoToTakesDigitsOnlyAndRefusesPagesThatDoNotExist) {
