@@ -302,6 +302,27 @@ void PageView::editKey(QKeyEvent* event) {
     }
 }
 
+bool PageView::event(QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride) {
+        // The text acts on its own edit keys, before the menus' shortcuts
+        // for the same commands can.
+        const auto* key = static_cast<QKeyEvent*>(event);
+        for (const auto standard :
+             {QKeySequence::Copy, QKeySequence::Cut, QKeySequence::Paste, QKeySequence::Undo,
+              QKeySequence::Redo, QKeySequence::SelectAll}) {
+            if (key->matches(standard)) {
+                event->accept();
+                return true;
+            }
+        }
+        if (key->key() == Qt::Key_Delete && key->modifiers() == Qt::NoModifier) {
+            event->accept();
+            return true;
+        }
+    }
+    return QAbstractScrollArea::event(event);
+}
+
 void PageView::keyPressEvent(QKeyEvent* event) {
     event->accept();
     m_lastTyped = event->text();

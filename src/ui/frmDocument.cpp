@@ -5,6 +5,7 @@
 #include "platform/MsgboxClass.h"
 #include "ui/PageView.h"
 
+#include <QKeyEvent>
 #include <QScrollBar>
 #include <QTextDocument>
 #include <QVBoxLayout>
@@ -26,6 +27,7 @@ frmDocument::frmDocument(QWidget* parent) : QWidget(parent), m_layout(m_box, m_m
     connect(&m_layout, &PageLayout::pagesChanged, this, &frmDocument::reportPages);
     connect(m_view, &PageView::keyReleased, this, &frmDocument::rtfTextKeyUp);
     connect(m_view, &PageView::contextMenuWanted, this, &frmDocument::contextMenuWanted);
+    m_view->installEventFilter(this);
     setupDocument(true, true);
     // Laying out a new page is no edit: a fresh document is clean and has
     // nothing to undo.
@@ -79,6 +81,9 @@ void frmDocument::SetViewMode(int mode) {
 }
 
 int frmDocument::performEdit(int message) {
+    if (m_controlKey && m_view != nullptr && m_view->hasFocus()) {
+        return 0;
+    }
     const int result = m_box.performEdit(message);
     adjustDisplayForCursorPosition();
     return result;
@@ -94,6 +99,19 @@ void frmDocument::loadText(const QString& text) {
 void frmDocument::loadFile(const QString& path) {
     m_layout.loadFile(path);
     setupDocument(true, true);
+}
+
+bool frmDocument::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_view) {
+        if (event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease) {
+            if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Control) {
+                m_controlKey = event->type() == QEvent::KeyPress;
+            }
+        } else if (event->type() == QEvent::FocusOut) {
+            m_controlKey = false;
+        }
+    }
+    return QWidget::eventFilter(watched, event);
 }
 
 void frmDocument::rtfTextKeyUp(int key, Qt::KeyboardModifiers modifiers, const QString& typed) {

@@ -82,7 +82,10 @@ public:
     QString mergeRTBText() const { return m_box.TextRTF(); }
     // The word-wrap toggle: 0 no wrap, 1 wrap at the window, 2 as printed.
     void SetViewMode(int mode);
-    // Sends an edit message (RichTextBox::WM_CUT and its kin) to the text.
+    // Sends an edit message (RichTextBox::WM_CUT and its kin) to the text,
+    // unless the text has the focus and Control is held: then the text box
+    // has acted on the shortcut itself, and the menu's command would do it
+    // a second time. Returns 0, or -1 for an unknown message.
     int performEdit(int message);
 
     // Loads text or RTF with the layout switched off, then paginates.
@@ -95,6 +98,9 @@ Q_SIGNALS:
     void pageStatusChanged(int currentPage, int totalPages);
     void contextMenuWanted(const QPoint& globalPosition);
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     void rtfTextKeyUp(int key, Qt::KeyboardModifiers modifiers, const QString& typed);
     void reportPages();
@@ -105,4 +111,5 @@ private:
     PageView* m_view = nullptr;
     int m_lastPage = 0;
     int m_lastTotal = 0;
+    bool m_controlKey = false; // Control is held down in the text
 };

@@ -1,6 +1,7 @@
 #include "ui/frmMain.h"
 
 #include "app/MenuDefinition.h"
+#include "app/SelectionState.h"
 #include "context/AppContext.h"
 #include "documents/DocumentFile.h"
 #include "documents/DocumentLifecycle.h"
@@ -11,6 +12,7 @@
 #include "ui/DocumentCommands.h"
 #include "ui/MainWindowPosition.h"
 #include "ui/OptionsCommands.h"
+#include "ui/EditCommands.h"
 #include "ui/PageView.h"
 #include "ui/RecentFilesMenu.h"
 #include "ui/frmDocument.h"
@@ -70,6 +72,7 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent), m_area(new QMdiArea(thi
     // Saved under a new name or opened: the head of the recent files.
     connect(documentCommands(*this), &DocumentCommands::documentFileUsed, this,
             &frmMain::addRecentFile);
+    installEditCommands(*this);
     connect(m_commands, &CommandActions::commandTriggered, this, &frmMain::runCommand);
     connect(m_area, &QMdiArea::subWindowActivated, this, &frmMain::onDocumentActivated);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
@@ -81,8 +84,10 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent), m_area(new QMdiArea(thi
     }
     m_stateReader = [](QMdiSubWindow* sub) -> std::optional<ActiveDocumentState> {
         if (auto* document = qobject_cast<frmDocument*>(sub->widget())) {
-            return readTextState(*document->rtfText().document(), document->rtfText().textCursor(),
-                                 document->documentType());
+            const QMimeData* clip = QGuiApplication::clipboard()->mimeData();
+            return readSelectionState(document->rtfText(), document->documentType(),
+                                      document->rtfText().document()->isModified(),
+                                      clip && clip->hasText());
         }
         auto* edit = sub->widget() ? qobject_cast<QTextEdit*>(sub->widget()) : nullptr;
         if (!edit) {
@@ -392,10 +397,13 @@ void frmMain::refreshMenuStatus() {
 
 void frmMain::applyStatus() {
     m_commands->apply(m_status, [this](const QString& command) { return hasRoute(command); });
-    if (!m_status.fontName.isEmpty()) {
-        m_fontName->setCurrentIndex(m_fontName->findText(m_status.fontName));
+    // A selection of mixed fonts or sizes leaves the box blank.
+    m_fontName->setCurrentIndex(m_fontName->findText(m_status.fontName));
+    if (m_fontSize->isEditable()) {
+        m_fontSize->setEditText(m_status.fontSize);
+    } else {
+        m_fontSize->setCurrentIndex(m_fontSize->findText(m_status.fontSize));
     }
-    m_fontSize->setCurrentIndex(m_fontSize->findText(m_status.fontSize));
 }
 
 void frmMain::arrangeDocuments(Arrangement how) {

@@ -231,10 +231,19 @@ void RichTextBox::setLocked(bool locked) {
 }
 
 int RichTextBox::Find(const QString& text, int start, int end, int options) {
+    const int at = findIn(Text(), text, start, end, options);
+    if (at >= 0 && !(options & rtfNoHighlight)) {
+        setSelStart(at);
+        setSelLength(static_cast<int>(text.size()));
+    }
+    return at;
+}
+
+int RichTextBox::findIn(const QString& all, const QString& text, int start, int end,
+                        int options) {
     if (text.isEmpty()) {
         return -1;
     }
-    const QString all = Text();
     const int from = std::clamp(start, 0, static_cast<int>(all.size()));
     const int to = end < 0 ? static_cast<int>(all.size())
                            : std::clamp(end, from, static_cast<int>(all.size()));
@@ -251,15 +260,10 @@ int RichTextBox::Find(const QString& text, int start, int end, int options) {
             (at == 0 || !isWordChar(all.at(at - 1))) &&
             (at + text.size() >= all.size() || !isWordChar(all.at(at + text.size())));
         if (!(options & rtfWholeWord) || wholeWord) {
-            break;
+            return static_cast<int>(at);
         }
         ++at;
     }
-    if (!(options & rtfNoHighlight)) {
-        setSelStart(static_cast<int>(at));
-        setSelLength(static_cast<int>(text.size()));
-    }
-    return static_cast<int>(at);
 }
 
 void RichTextBox::LoadFile(const QString& path, int format) {

@@ -130,6 +130,11 @@ public:
     // Searches `text` in [start, end) of Text (end -1: to the end). Returns
     // the position found or -1. Selects the match unless rtfNoHighlight.
     int Find(const QString& text, int start = 0, int end = -1, int options = 0);
+    // Find's matching on a text already read: the first occurrence of
+    // `text` in [from, to) of `haystack` (to -1: to the end) by the whole
+    // word and match case options, or -1. An empty `text` is never found.
+    static int findIn(const QString& haystack, const QString& text, int from, int to,
+                      int options);
 
     // Loads a file: rtfRTF needs an RTF file (throws QmError InvalidFileFormat
     // otherwise); rtfText takes the bytes as plain text. Whatever stands
