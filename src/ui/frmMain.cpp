@@ -7,6 +7,8 @@
 #include "platform/MsgboxClass.h"
 #include "platform/errorClass.h"
 #include "ui/CommandActions.h"
+#include "ui/InsertCommands.h"
+#include "ui/SpellCommands.h"
 #include "ui/PageView.h"
 #include "ui/frmDocument.h"
 
@@ -59,6 +61,8 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent), m_area(new QMdiArea(thi
     buildFontBar();
     buildStatusBar();
     registerRoutes();
+    installInsertCommands(*this);
+    installSpellCommands(*this);
     connect(m_commands, &CommandActions::commandTriggered, this, &frmMain::runCommand);
     connect(m_area, &QMdiArea::subWindowActivated, this, &frmMain::onDocumentActivated);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
