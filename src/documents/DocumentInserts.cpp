@@ -172,7 +172,7 @@ QSize pictureSizeTwips(QSize pixels, int textWidthTwips, int textHeightTwips) {
     if (textHeightTwips > 0 && height * scale > textHeightTwips) {
         scale = textHeightTwips / height;
     }
-    return {std::max(1, int(width * scale)), std::max(1, int(height * scale))};
+    return {std::max(1, qRound(width * scale)), std::max(1, qRound(height * scale))};
 }
 
 QString pictureRtf(const QImage& picture, QSize twips) {
