@@ -8,6 +8,7 @@
 #include "platform/errorClass.h"
 #include "ui/CommandActions.h"
 #include "ui/InsertCommands.h"
+#include "ui/LiveSpellChecker.h"
 #include "ui/SpellCommands.h"
 #include "ui/PageView.h"
 #include "ui/frmDocument.h"
@@ -63,6 +64,7 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent), m_area(new QMdiArea(thi
     registerRoutes();
     installInsertCommands(*this);
     installSpellCommands(*this);
+    installLiveSpelling(*this);
     connect(m_commands, &CommandActions::commandTriggered, this, &frmMain::runCommand);
     connect(m_area, &QMdiArea::subWindowActivated, this, &frmMain::onDocumentActivated);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
