@@ -422,8 +422,12 @@ void PageLayout::paintSheetText(QPainter& painter, int page, int caret,
         selection.cursor = QTextCursor(document());
         selection.cursor.setPosition(h.start);
         selection.cursor.setPosition(h.end, QTextCursor::KeepAnchor);
-        selection.format.setBackground(QColor(0x33, 0x66, 0xcc));
-        selection.format.setForeground(Qt::white);
+        if (h.format.isEmpty()) {
+            selection.format.setBackground(QColor(0x33, 0x66, 0xcc));
+            selection.format.setForeground(Qt::white);
+        } else {
+            selection.format = h.format;
+        }
         context.selections.push_back(selection);
     }
     document()->documentLayout()->draw(&painter, context);

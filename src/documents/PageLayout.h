@@ -4,6 +4,7 @@
 #include <QPaintDevice>
 #include <QRect>
 #include <QString>
+#include <QTextCharFormat>
 #include <memory>
 #include <vector>
 
@@ -109,6 +110,8 @@ public:
     struct Highlight {
         int start = 0;
         int end = 0;
+        // Empty: the look of the selection.
+        QTextCharFormat format = {};
     };
     void paintSheetText(QPainter& painter, int page, int caret,
                         const std::vector<Highlight>& selections) const;

@@ -9,6 +9,7 @@
 #include "spell/clsSpellCheck.h"
 #include "spell/modSpellSearch.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QHash>
@@ -20,6 +21,56 @@ const QString kModule = QStringLiteral("QuillmerePad.exe-frmSpellCheck-");
 
 bool isWordCharacter(QChar c) {
     return c.isLetter() || c.isDigit();
+}
+
+constexpr QChar kOpen(0x00AB);
+constexpr QChar kClose(0x00BB);
+
+// True when `at` lies within a closed placeholder on its line.
+bool insidePlaceholder(const QString& text, qsizetype at) {
+    for (qsizetype i = at; i >= 0; --i) {
+        const QChar c = text.at(i);
+        if (c == kClose && i != at) {
+            return false;
+        }
+        if (c == QLatin1Char('\n') || c == QLatin1Char('\r')) {
+            return false;
+        }
+        if (c == kOpen) {
+            for (qsizetype j = at; j < text.size(); ++j) {
+                const QChar d = text.at(j);
+                if (d == kClose) {
+                    return true;
+                }
+                if (d == QLatin1Char('\r') || d == QLatin1Char('\n') || (d == kOpen && j != i)) {
+                    return false;
+                }
+            }
+            return false;
+        }
+    }
+    return false;
+}
+
+// The text with every closed placeholder on a line blanked out: field names
+// and their formats ("mmmm d yyyy") are no words of the letter.
+QString withoutPlaceholders(const QString& text) {
+    QString out = text;
+    qsizetype open = -1;
+    for (qsizetype i = 0; i < out.size(); ++i) {
+        const QChar c = out.at(i);
+        if (c == kOpen) {
+            open = i;
+        } else if (c == QLatin1Char('\r') || c == QLatin1Char('\n')) {
+            open = -1;
+        } else if (c == kClose && open >= 0) {
+            for (qsizetype j = open; j <= i; ++j) {
+                out[j] = QLatin1Char(' ');
+            }
+            open = -1;
+        }
+    }
+    return out;
 }
 
 // Lets waiting input through now and then during a long scan; asking the
@@ -72,7 +123,8 @@ void SpellCheckSession::getSpellingErrors() {
     m_highlightPosition = 0;
 
     InputPump pump;
-    const QStringView all(text);
+    const QString scanned = withoutPlaceholders(text);
+    const QStringView all(scanned);
     qsizetype lineStart = 0;
     for (;;) {
         const qsizetype lineEnd = text.indexOf(QLatin1String("\r\n"), lineStart);
@@ -149,7 +201,11 @@ void SpellCheckSession::loadNextMisspelledWord() {
 
     SpellTextTarget* rtb = m_owner.RTB();
     if (m_owner.SelectErrors() && rtb != nullptr) {
-        const qsizetype at = rtb->Text().lastIndexOf(m_targetWord);
+        const QString text = rtb->Text();
+        qsizetype at = text.lastIndexOf(m_targetWord);
+        while (at >= 0 && insidePlaceholder(text, at)) {
+            at = at == 0 ? -1 : text.lastIndexOf(m_targetWord, at - 1);
+        }
         if (at >= 0) {
             const bool wasLocked = rtb->Locked();
             rtb->setLocked(true);
@@ -218,7 +274,7 @@ qsizetype SpellCheckSession::findWord(const QString& text, qsizetype from) const
     while ((at = text.indexOf(m_targetWord, at)) >= 0) {
         const bool startsWord = at == 0 || !isWordCharacter(text.at(at - 1));
         const bool endsWord = at + length >= text.size() || !isWordCharacter(text.at(at + length));
-        if (startsWord && endsWord) {
+        if (startsWord && endsWord && !insidePlaceholder(text, at)) {
             return at;
         }
         ++at;
@@ -330,8 +386,30 @@ void SpellCheckSession::addWord() {
     if (m_targetWord.trimmed().isEmpty()) {
         return;
     }
-    m_owner.wordDatabase().Database_Add(m_targetWord.toLower());
-    if (MsgboxClass* box = m_owner.messages()) {
+    QString reason = m_owner.wordListProblem();
+    if (reason.isEmpty()) {
+        try {
+            m_owner.wordDatabase().Database_Add(m_targetWord.toLower());
+        } catch (const QmError& fault) {
+            reason = fault.number() == QmError::PermissionDenied
+                         ? QStringLiteral("the word list \"%1\" is read-only")
+                               .arg(QDir::toNativeSeparators(m_owner.databasePath()))
+                         : QStringLiteral("the word list \"%1\" cannot be written")
+                               .arg(QDir::toNativeSeparators(m_owner.databasePath()));
+        }
+    }
+    MsgboxClass* box = m_owner.messages();
+    if (!reason.isEmpty()) {
+        // The word stays on show, so that the user can ignore it instead.
+        if (box) {
+            box->showMessage(m_targetWord +
+                             QStringLiteral(" cannot be added to the dictionary "
+                                            "because ") +
+                             reason + QLatin1Char('.'));
+        }
+        return;
+    }
+    if (box) {
         box->showMessage(m_targetWord + QStringLiteral(" has been added to the dictionary."));
     }
     removeFromSuggestionList(m_targetWord);

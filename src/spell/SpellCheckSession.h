@@ -36,7 +36,8 @@ public:
     bool scanCancelled() const { return m_scanCancelled; }
 
     // Fills the list of misspellings from the text, in order, one entry for
-    // each occurrence. The text is split at CR LF and blanks only. With
+    // each occurrence. The text is split at CR LF and blanks only; what
+    // stands in a placeholder «...» is never checked. With
     // HighlightErrors the text is put back with the misspellings in red.
     void getSpellingErrors();
     // Checks one token and lists it when it is a misspelling; `mode` is
@@ -67,7 +68,8 @@ public:
     void ignoreWord();
     // Adds the word (in lower case, the form look-ups use) to the list file
     // and drops it from the misspellings. The index in memory is not
-    // changed. Throws QmError when the list file cannot be written.
+    // changed. When the list file cannot take it (damaged, read-only), the
+    // user is told why and the word stays on show.
     void addWord();
     void ignoreAll();
     void skipWord();

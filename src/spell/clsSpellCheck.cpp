@@ -10,6 +10,8 @@
 #include "spell/SpellCheckSession.h"
 #include "spell/modSpellMDBResource.h"
 
+#include <QDir>
+
 namespace {
 const QString kModule = QStringLiteral("QuillmerePad.exe-clsSpellCheck-");
 } // namespace
@@ -32,18 +34,17 @@ void clsSpellCheck::createSpellCheckDatabase(const QString& path) {
 
 bool clsSpellCheck::openSpellCheckDatabase() {
     ProcedureScope scope(m_errorClass, kModule + QStringLiteral("openSpellCheckDatabase"));
+    m_wordListProblem.clear();
     try {
-        if (m_appFolder.isEmpty()) {
+        if (m_appFolder.isEmpty() || !fileControl::FolderExists(m_appFolder)) {
             throw QmError(QmError::PathNotFound, QStringLiteral("Path not found"));
         }
         const QString path = databasePath();
-        if (!fileControl::FileExists(path)) {
-            createSpellCheckDatabase(path);
+        if (const std::optional<QString> problem = loadListFile(path)) {
+            m_wordListProblem = *problem;
+            m_words.loadWordList(
+                path, loadResourceBytes(kWordListResourceId, QLatin1String(kWordListResourceType)));
         }
-        if (!fileControl::FileExists(path)) {
-            throw QmError(QmError::FileNotFound, QStringLiteral("File not found: ") + path);
-        }
-        m_words.loadWordDatabaseIntoHashTable(path);
         return true;
     } catch (const std::exception&) {
         if (MsgboxClass* box = messages()) {
@@ -53,6 +54,43 @@ bool clsSpellCheck::openSpellCheckDatabase() {
         m_failedToInitialize = true;
         return false;
     }
+}
+
+std::optional<QString> clsSpellCheck::loadListFile(const QString& path) {
+    const QString shown = QDir::toNativeSeparators(path);
+    if (!fileControl::FileExists(path)) {
+        try {
+            createSpellCheckDatabase(path);
+        } catch (const QmError&) {
+            return QStringLiteral("the word list \"%1\" could not be created").arg(shown);
+        }
+    }
+    std::optional<QByteArray> text = fileControl::readWholeFile(path);
+    if (!text) {
+        return QStringLiteral("the word list \"%1\" cannot be read").arg(shown);
+    }
+    if (!isWordListText(*text)) {
+        return QStringLiteral("the word list \"%1\" is damaged").arg(shown);
+    }
+    m_words.loadWordList(path, std::move(*text));
+    return std::nullopt;
+}
+
+bool isWordListText(const QByteArray& text) {
+    // What stands behind the last line end is dropped on loading (the
+    // shipped list ends in two zero bytes there), so only the lines count.
+    const qsizetype end = text.lastIndexOf("\r\n");
+    if (end < 0) {
+        return false;
+    }
+    for (qsizetype i = 0; i < end; ++i) {
+        const auto c = static_cast<unsigned char>(text.at(i));
+        if (c < 0x20 && !(c == '\r' && text.at(i + 1) == '\n') &&
+            !(c == '\n' && i > 0 && text.at(i - 1) == '\r')) {
+            return false;
+        }
+    }
+    return true;
 }
 
 void clsSpellCheck::startSpellCheck(const DialogRunner& showDialog) {

@@ -4,6 +4,7 @@
 
 #include <QString>
 #include <functional>
+#include <optional>
 
 class errorClass;
 class MsgboxClass;
@@ -69,11 +70,17 @@ public:
     QString databasePath() const;
 
     // Makes sure the word list file exists (written from the program's
-    // resource when missing) and loads it. On any failure the user is told
+    // resource when missing) and loads it. A list file that is damaged, or
+    // that cannot be written where it is missing, leaves the check to the
+    // built-in list and records why in wordListProblem(). Without a folder
+    // to keep the list in, or without the built-in list, the user is told
     // "The spell check wizard was not able to access the spell check
     // database and needs to close.", FailedToInitializeFlag is set and the
     // answer is false.
     bool openSpellCheckDatabase();
+    // Why words cannot be added to the list file this session; empty when
+    // the file itself was loaded.
+    const QString& wordListProblem() const { return m_wordListProblem; }
     // Writes the word list file anew from the resource. Throws QmError when
     // it cannot.
     void createSpellCheckDatabase(const QString& path);
@@ -96,6 +103,9 @@ public:
 
 private:
     void openSpellCheckForm(const DialogRunner& showDialog);
+    // Loads the list file, written first when missing; the reason when it
+    // cannot be used.
+    std::optional<QString> loadListFile(const QString& path);
 
     errorClass* m_errorClass = nullptr;
     MsgboxClass* m_msgbox = nullptr;
@@ -115,6 +125,7 @@ private:
     bool m_commonWordExtensions = false;
 
     bool m_animationOpen = false;
+    QString m_wordListProblem;
     SpellWordDatabase m_words;
 };
 
@@ -125,3 +136,8 @@ private:
 // nothing while a document is being created.
 void spellCheckPage(RichTextBox& page, const QString& templatesFolder,
                     const clsSpellCheck::DialogRunner& showDialog, QObject* owner = nullptr);
+
+// True for the text of a usable word list: at least one line closed by
+// CR LF, and no control characters in the lines (a binary or truncated file
+// has them).
+bool isWordListText(const QByteArray& text);

@@ -1,11 +1,12 @@
 #include "spell/modSpellHashSearch.h"
 
 #include "context/AppContext.h"
-#include "platform/text/CodePage1252.h"
 #include "platform/errorClass.h"
 #include "platform/fileControl.h"
+#include "platform/text/CodePage1252.h"
 #include "spell/modSpellWordList.h"
 
+#include <QFileInfo>
 #include <QtEndian>
 #include <algorithm>
 #include <array>
@@ -192,8 +193,13 @@ QByteArray Database_Extract(const QString& file) {
 void SpellWordDatabase::loadWordDatabaseIntoHashTable(const QString& file) {
     ProcedureScope scope(app().errors, kModule + QStringLiteral("loadWordDatabaseIntoHashTable"));
     m_databaseFile = file;
+    loadWordList(file, Database_Extract(file));
+}
+
+void SpellWordDatabase::loadWordList(const QString& file, QByteArray text) {
+    m_databaseFile = file;
     m_separator = QStringLiteral("\r\n");
-    SpellWordArray words = SpellWordArray::fromListText(Database_Extract(file));
+    SpellWordArray words = SpellWordArray::fromListText(std::move(text));
     SpellHashTable table;
     BuildHashTable(words, table);
     m_words = std::move(words);
@@ -204,6 +210,12 @@ void SpellWordDatabase::Database_Add(const QString& word) {
     ProcedureScope scope(app().errors, kModule + QStringLiteral("Database_Add"));
     if (m_databaseFile.isEmpty()) {
         throw QmError(QmError::BadFileNameOrNumber, QStringLiteral("Bad file name or number"));
+    }
+    // Writing goes through a temporary file renamed over the list, which a
+    // read-only list would not stop.
+    if (fileControl::FileExists(m_databaseFile) && !QFileInfo(m_databaseFile).isWritable()) {
+        throw QmError(QmError::PermissionDenied,
+                      QStringLiteral("Permission denied: ") + m_databaseFile);
     }
     QStringList lines =
         CodePage1252::decode(Database_Extract(m_databaseFile)).split(QStringLiteral("\r\n"));

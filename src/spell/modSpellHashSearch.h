@@ -84,13 +84,15 @@ public:
     // Reads `file` and builds the index. Throws QmError when the file cannot
     // be read or holds no complete line (an empty list cannot be indexed).
     void loadWordDatabaseIntoHashTable(const QString& file);
+    // The same from a list text already read; `file` is where additions go.
+    void loadWordList(const QString& file, QByteArray text);
 
     // Adds `word` to the list file named by the last load: the file is read
     // again, the word appended, the whole sorted and written back (empty
     // lines dropped, duplicates kept) through a temporary file. The tables
     // in memory are not touched; the word is known from the next load on.
     // Throws QmError when no list was loaded or the file cannot be
-    // read or written.
+    // read or written (PermissionDenied for a read-only list).
     void Database_Add(const QString& word);
 
     // The index of the word, or -1; see HashSearch.

@@ -141,7 +141,7 @@ void PageView::paintEvent(QPaintEvent* event) {
     const int first = std::max(1, m_layout.sheetAtY(top, pages) - 1);
     const int last = std::min(pages, m_layout.sheetAtY(bottom, pages) + 1);
     const QTextCursor cursor = m_box.textCursor();
-    std::vector<PageLayout::Highlight> selections;
+    std::vector<PageLayout::Highlight> selections = m_extraHighlights;
     if (cursor.hasSelection()) {
         selections.push_back({cursor.selectionStart(), cursor.selectionEnd()});
     }
@@ -152,6 +152,16 @@ void PageView::paintEvent(QPaintEvent* event) {
         painter.fillRect(sheet, Qt::white);
         m_layout.paintSheetText(painter, page, caret, selections);
     }
+}
+
+void PageView::setExtraHighlights(std::vector<PageLayout::Highlight> highlights) {
+    m_extraHighlights = std::move(highlights);
+    viewport()->update();
+}
+
+std::pair<int, int> PageView::visibleRange() const {
+    const QRect area = viewport()->rect();
+    return {positionAt(area.topLeft()), positionAt(area.bottomRight())};
 }
 
 int PageView::positionAt(const QPoint& viewportPoint) const {

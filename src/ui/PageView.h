@@ -1,9 +1,12 @@
 #pragma once
 
+#include "documents/PageLayout.h"
+
 #include <QAbstractScrollArea>
 #include <QTimer>
+#include <utility>
+#include <vector>
 
-class PageLayout;
 class RichTextBox;
 
 // The page view of a document window: paints the one paginated layout as a
@@ -36,6 +39,11 @@ public:
     // the position nearest to a viewport point.
     QRect viewportRectOf(int position) const;
     int positionAt(const QPoint& viewportPoint) const;
+    // Marks drawn under the selection, such as the underlines of live
+    // spelling; replaces the previous set and repaints.
+    void setExtraHighlights(std::vector<PageLayout::Highlight> highlights);
+    // The document positions of the first and last character in view.
+    std::pair<int, int> visibleRange() const;
 
 Q_SIGNALS:
     void keyReleased(int key, Qt::KeyboardModifiers modifiers, const QString& typed);
@@ -69,4 +77,5 @@ private:
     bool m_caretOn = true;
     QTimer m_blink;
     QString m_lastTyped;
+    std::vector<PageLayout::Highlight> m_extraHighlights;
 };

@@ -13,6 +13,9 @@
 #include "ui/MainWindowPosition.h"
 #include "ui/OptionsCommands.h"
 #include "ui/EditCommands.h"
+#include "ui/InsertCommands.h"
+#include "ui/LiveSpellChecker.h"
+#include "ui/SpellCommands.h"
 #include "ui/PageView.h"
 #include "ui/RecentFilesMenu.h"
 #include "ui/frmDocument.h"
@@ -73,6 +76,9 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent), m_area(new QMdiArea(thi
     connect(documentCommands(*this), &DocumentCommands::documentFileUsed, this,
             &frmMain::addRecentFile);
     installEditCommands(*this);
+    installInsertCommands(*this);
+    installSpellCommands(*this);
+    installLiveSpelling(*this);
     connect(m_commands, &CommandActions::commandTriggered, this, &frmMain::runCommand);
     connect(m_area, &QMdiArea::subWindowActivated, this, &frmMain::onDocumentActivated);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,

@@ -7,8 +7,10 @@
 #include "spell/SpellTextTarget.h"
 #include "spell/clsSpellCheck.h"
 #include "support/TestEnvironment.h"
+#include "support/WriteBlockedFolder.h"
 
 #include <QDir>
+#include <QFile>
 #include <gtest/gtest.h>
 
 namespace {
@@ -200,6 +202,63 @@ TEST_F(SpellCheckSessionTest, AddWritesTheListAndIgnoreAllForgetsTheWord) {
     session.clickButton(SpellCheckSession::IgnoreAll);
     EXPECT_TRUE(session.finished());
     EXPECT_TRUE(session.misspellings().isEmpty());
+}
+
+TEST_F(SpellCheckSessionTest, AddToAListThatCannotTakeItSaysWhyAndKeepsTheWord) {
+    useList({"cat"});
+    const QByteArray before = readTestFile(m_spell.databasePath());
+    QFile::setPermissions(m_spell.databasePath(), QFile::ReadOwner | QFile::ReadGroup);
+    // Root is not stopped by the mode bits; the folder refuses the rewrite.
+    WriteBlockedFolder blocked(m_spell.AppFolder(), QFile::ReadOwner | QFile::ExeOwner);
+    if (!blocked.blocked()) {
+        GTEST_SKIP() << blocked.whyNot().toStdString();
+    }
+    SpellCheckSession& session = start(QStringLiteral("cat zork"));
+    ASSERT_EQ(session.targetWord(), QStringLiteral("zork"));
+    session.clickButton(SpellCheckSession::Add);
+    ASSERT_EQ(m_messages.texts().size(), 1);
+    EXPECT_TRUE(m_messages.texts().first().startsWith(
+        QStringLiteral("zork cannot be added to the dictionary because the word list \"")))
+        << m_messages.texts().first().toStdString();
+    EXPECT_EQ(readTestFile(m_spell.databasePath()), before);
+    EXPECT_EQ(session.targetWord(), QStringLiteral("zork"));
+    EXPECT_FALSE(session.finished());
+    session.clickButton(SpellCheckSession::IgnoreAll);
+    EXPECT_TRUE(session.finished());
+}
+
+TEST_F(SpellCheckSessionTest, AddToADamagedListLeavesTheFileAlone) {
+    const QByteArray damaged("zz\0\0\x7f\x01", 6);
+    writeTestFile(m_spell.databasePath(), damaged);
+    SpellCheckSession& session = start(QStringLiteral("The invoice is zorkish."));
+    ASSERT_EQ(session.targetWord(), QStringLiteral("zorkish"));
+    session.clickButton(SpellCheckSession::Add);
+    EXPECT_EQ(m_messages.texts(),
+              QStringList{QStringLiteral("zorkish cannot be added to the dictionary because the "
+                                         "word list \"%1\" is damaged.")
+                              .arg(QDir::toNativeSeparators(m_spell.databasePath()))});
+    EXPECT_EQ(readTestFile(m_spell.databasePath()), damaged);
+}
+
+TEST_F(SpellCheckSessionTest, PlaceholdersAreNeverFlaggedNorChanged) {
+    useList({"dear", "the", "year", "ends", "on", "cat"});
+    m_spell.setSelectErrors(true);
+    const QString text =
+        QStringLiteral("Dear \u00ABContact Frist Name\u00BB,\r\n"
+                       "The year ends on \u00AB(Year End Date, mmmm d yyyy)\u00BB frist.\r\n"
+                       "An open \u00ABfrist stays text.");
+    SpellCheckSession& session = start(text);
+    EXPECT_EQ(session.misspellings(),
+              QStringList({"frist", "An", "open", "frist", "stays", "text"}));
+    ASSERT_EQ(session.targetWord(), QStringLiteral("frist"));
+    // The word shown is one of the letter's, not the one inside the field.
+    EXPECT_EQ(m_text.SelStart(), text.lastIndexOf(QStringLiteral("frist")));
+    session.setChangeTo(QStringLiteral("first"));
+    session.clickButton(SpellCheckSession::Replace);
+    EXPECT_TRUE(m_text.Text().startsWith(
+        QStringLiteral("Dear \u00ABContact Frist Name\u00BB,\r\n"
+                       "The year ends on \u00AB(Year End Date, mmmm d yyyy)\u00BB first.")))
+        << m_text.Text().toStdString();
 }
 
 TEST_F(SpellCheckSessionTest, SelectErrorsSelectsTheLastOccurrence) {

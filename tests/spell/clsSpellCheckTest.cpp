@@ -75,31 +75,65 @@ TEST_F(clsSpellCheckTest, WritesTheShippedListOnFirstUseAndKeepsItAfterwards) {
     EXPECT_TRUE(m_messages.texts().isEmpty());
 }
 
-TEST_F(clsSpellCheckTest, ListsThatCannotBeReadEndTheSessionWithAMessage) {
+TEST_F(clsSpellCheckTest, WithoutAFolderForTheListTheSessionEndsWithAMessage) {
+    for (const QString& folder : QStringList{QString(), m_env.root() + "/absent/deeper"}) {
+        m_messages.clear();
+        clsSpellCheck spell;
+        spell.setAppFolder(folder);
+        EXPECT_FALSE(spell.openSpellCheckDatabase()) << folder.toStdString();
+        EXPECT_TRUE(spell.FailedToInitializeFlag());
+        EXPECT_EQ(m_messages.texts(), QStringList{kNoAccess});
+    }
+}
+
+TEST_F(clsSpellCheckTest, DamagedListsLeaveTheCheckToTheBuiltInList) {
     struct Case {
         const char* name;
-        QString folder;
-        QByteArray content; // null: no file is written
+        QByteArray content; // null: a folder stands in the list's place
+        const char* problem;
     };
     const Case cases[] = {
-        {"no folder given", QString(), QByteArray()},
-        {"folder missing", m_env.root() + QStringLiteral("/absent/deeper"), QByteArray()},
-        {"empty list", m_env.path(QStringLiteral("empty")), QByteArray("")},
-        {"line feeds only", m_env.path(QStringLiteral("lf")), QByteArray("one\ntwo\n")},
-        {"a folder named like the list", m_env.path(QStringLiteral("dir")), QByteArray()},
+        {"empty list", QByteArray(""), "is damaged"},
+        {"line feeds only", QByteArray("one\ntwo\n"), "is damaged"},
+        {"binary",
+         QByteArray("ab\0\x01\x02"
+                    "cd\r\nef\r\n",
+                    12),
+         "is damaged"},
+        {"a folder named like the list", QByteArray(), "could not be created"},
     };
-    QDir().mkpath(m_env.path(QStringLiteral("dir")) + QStringLiteral("/list.db"));
     for (const Case& c : cases) {
-        if (!c.content.isNull()) {
-            writeTestFile(c.folder + QStringLiteral("/list.db"), c.content);
+        const QString folder = m_env.path(QString::fromLatin1(c.name).replace(' ', '_'));
+        QDir().mkpath(folder);
+        if (c.content.isNull()) {
+            QDir().mkpath(folder + QStringLiteral("/list.db"));
+        } else {
+            writeTestFile(folder + QStringLiteral("/list.db"), c.content);
         }
         m_messages.clear();
         clsSpellCheck spell;
-        spell.setAppFolder(c.folder);
-        EXPECT_FALSE(spell.openSpellCheckDatabase()) << c.name;
-        EXPECT_TRUE(spell.FailedToInitializeFlag()) << c.name;
-        EXPECT_EQ(m_messages.texts(), QStringList{kNoAccess}) << c.name;
+        spell.setAppFolder(folder);
+        ASSERT_TRUE(spell.openSpellCheckDatabase()) << c.name;
+        EXPECT_FALSE(spell.FailedToInitializeFlag()) << c.name;
+        EXPECT_TRUE(m_messages.texts().isEmpty()) << c.name;
+        EXPECT_GE(spell.wordDatabase().find(std::string_view("invoice")), 0) << c.name;
+        EXPECT_TRUE(spell.wordListProblem().contains(QLatin1String(c.problem)))
+            << c.name << ": " << spell.wordListProblem().toStdString();
+        if (!c.content.isNull()) {
+            // The user's file is left for them to look at.
+            EXPECT_EQ(readTestFile(folder + QStringLiteral("/list.db")), c.content) << c.name;
+        }
     }
+}
+
+TEST_F(clsSpellCheckTest, TellsAWordListFromOtherFiles) {
+    EXPECT_TRUE(isWordListText("a\r\nb\r\n"));
+    EXPECT_TRUE(isWordListText(QByteArray("a\r\nb\r\n\0\0", 8))); // as shipped
+    EXPECT_TRUE(isWordListText("a\r\nb"));                        // last word dropped
+    EXPECT_FALSE(isWordListText("ab"));
+    EXPECT_FALSE(isWordListText("a\rb\r\n"));
+    EXPECT_FALSE(isWordListText("a\tb\r\n"));
+    EXPECT_FALSE(isWordListText(QByteArray("a\0b\r\n", 5)));
 }
 
 TEST_F(clsSpellCheckTest, StartShowsTheDialogOnlyWhenThereAreErrors) {
