@@ -168,14 +168,18 @@ std::unique_ptr<MergeRun> createMergeDoc(MergeRequest request, ProgressReporter&
 }
 
 QString resultCaption(const QString& templateCaption) {
-    QString base = templateCaption;
+    return captionOfType(templateCaption, DocumentModel::MergeResults);
+}
+
+QString captionOfType(const QString& current, int documentType) {
+    QString base = current;
     for (const char* prefix :
          {"Merge Template - ", "Merge Template -", "Merge Template ", "Merge Template",
           "Merge Results - ", "Merge Results -", "Merge Results ", "Merge Results",
           "Client Merge Doc - ", "Client Merge Doc -", "Client Merge Doc ", "Client Merge Doc"}) {
         base.remove(QLatin1String(prefix));
     }
-    return DocumentFile::caption(DocumentModel::MergeResults, base);
+    return DocumentFile::caption(documentType, base);
 }
 
 } // namespace MergeDocumentFlow

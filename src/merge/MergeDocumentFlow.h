@@ -62,6 +62,9 @@ std::optional<MergeRequest> chooseRecipients(const MergeTemplateSource& source,
 // has been told to the user. Faults of the database pass as QmError.
 std::unique_ptr<MergeRun> createMergeDoc(MergeRequest request, ProgressReporter& progress);
 
+// A caption of another document type: `current` without the prefix of any
+// merge type, behind the prefix of `documentType` ("Merge Template - ").
+QString captionOfType(const QString& current, int documentType);
 // "Merge Results - " and the template's caption without its own prefix.
 QString resultCaption(const QString& templateCaption);
 

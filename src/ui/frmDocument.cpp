@@ -78,6 +78,13 @@ void frmDocument::SetViewMode(int mode) {
     adjustDisplayForCursorPosition();
 }
 
+void frmDocument::setSidePanel(QWidget* panel) {
+    if (auto* box = qobject_cast<QBoxLayout*>(layout())) {
+        box->setDirection(QBoxLayout::LeftToRight);
+        box->insertWidget(0, panel);
+    }
+}
+
 int frmDocument::performEdit(int message) {
     const int result = m_box.performEdit(message);
     adjustDisplayForCursorPosition();

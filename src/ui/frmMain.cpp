@@ -7,6 +7,7 @@
 #include "platform/MsgboxClass.h"
 #include "platform/errorClass.h"
 #include "ui/CommandActions.h"
+#include "ui/MergeWindowCommands.h"
 #include "ui/PageView.h"
 #include "ui/frmDocument.h"
 
@@ -59,6 +60,7 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent), m_area(new QMdiArea(thi
     buildFontBar();
     buildStatusBar();
     registerRoutes();
+    installMergeCommands(*this);
     connect(m_commands, &CommandActions::commandTriggered, this, &frmMain::runCommand);
     connect(m_area, &QMdiArea::subWindowActivated, this, &frmMain::onDocumentActivated);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
@@ -342,6 +344,7 @@ void frmMain::onDocumentActivated(QMdiSubWindow* sub) {
         m_lastActive = sub;
     }
     refreshMenuStatus();
+    Q_EMIT activeDocumentChanged(sub);
 }
 
 void frmMain::onDocumentClosed() {
@@ -351,6 +354,7 @@ void frmMain::onDocumentClosed() {
     if (!m_area->subWindowList().isEmpty()) {
         refreshMenuStatus();
     }
+    Q_EMIT activeDocumentChanged(nullptr);
 }
 
 void frmMain::EnableOrDisableAllMenuAndButtons(bool enable) {

@@ -81,6 +81,12 @@ public:
     void setQueryUnload(std::function<void()> handler) { m_queryUnload = std::move(handler); }
     void allowClose() { m_closing = true; }
 
+Q_SIGNALS:
+    // A document window became the active one, or one closed (then `sub`
+    // may be the one going away): panels that follow the active document
+    // look again.
+    void activeDocumentChanged(QMdiSubWindow* sub);
+
 protected:
     void closeEvent(QCloseEvent* event) override;
 

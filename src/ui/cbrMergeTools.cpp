@@ -1,0 +1,160 @@
+#include "ui/cbrMergeTools.h"
+
+#include "app/modMenuStatus.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QStandardItemModel>
+#include <QToolButton>
+
+namespace {
+
+const QStringList kNavigationKeys = {QStringLiteral("First"), QStringLiteral("Previous"),
+                                     QStringLiteral("Next"),  QStringLiteral("Last"),
+                                     QStringLiteral("Print"), QStringLiteral("Save")};
+
+QString navigationIcon(const QString& key) {
+    static const QHash<QString, QString> names = {
+        {QStringLiteral("First"), QStringLiteral("go-first")},
+        {QStringLiteral("Previous"), QStringLiteral("go-previous")},
+        {QStringLiteral("Next"), QStringLiteral("go-next")},
+        {QStringLiteral("Last"), QStringLiteral("go-last")},
+        {QStringLiteral("Print"), QStringLiteral("document-print")},
+        {QStringLiteral("Save"), QStringLiteral("document-save")},
+    };
+    return names.value(key);
+}
+
+} // namespace
+
+cbrMergeTools::cbrMergeTools(modMergeControl& control, QWidget* parent)
+    : QToolBar(QStringLiteral("Merge"), parent) {
+    setObjectName(QStringLiteral("cbrMergeTools"));
+    setAccessibleName(QStringLiteral("Merge tools"));
+
+    m_tutorialBar = new QToolBar(QStringLiteral("Merge Tutorial"), parent);
+    m_tutorialBar->setObjectName(QStringLiteral("picTutorial"));
+    m_tutorial = new QLabel(m_tutorialBar);
+    m_tutorial->setObjectName(QStringLiteral("lblTutorial"));
+    m_tutorial->setWordWrap(true);
+    m_tutorial->setAccessibleName(QStringLiteral("Merge tutorial"));
+    m_tutorialBar->addWidget(m_tutorial);
+
+    const QStringList captions = modMergeControl::categoryCaptions();
+    for (int i = 0; i < captions.size(); ++i) {
+        auto* frame = new QFrame(this);
+        frame->setObjectName(QStringLiteral("fraWordMergeCategories%1").arg(i));
+        auto* row = new QHBoxLayout(frame);
+        row->setContentsMargins(2, 0, 2, 0);
+        auto* button = new QToolButton(frame);
+        button->setObjectName(QStringLiteral("cmdWordMergeCategory%1").arg(i));
+        button->setText(captions.at(i));
+        button->setAccessibleName(captions.at(i));
+        row->addWidget(button);
+        QComboBox* list = nullptr;
+        if (QStandardItemModel* model = control.list(i)) {
+            list = new QComboBox(frame);
+            list->setObjectName(QStringLiteral("cboWordMergeCategory%1").arg(i));
+            list->setAccessibleName(captions.at(i));
+            list->setModel(model);
+            list->setMinimumContentsLength(i == 0 ? 24 : 16);
+            list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+            list->setPlaceholderText(captions.at(i));
+            list->setCurrentIndex(-1);
+            row->addWidget(list);
+            // Activation, not a change of index: choosing the same field twice
+            // inserts it twice.
+            connect(list, &QComboBox::activated, this, [this, i, list](int entry) {
+                Q_EMIT listChosen(i, entry);
+                list->setCurrentIndex(-1);
+            });
+            connect(button, &QToolButton::clicked, list, &QComboBox::showPopup);
+        } else {
+            connect(button, &QToolButton::clicked, this, [this, i] { Q_EMIT categoryClicked(i); });
+        }
+        addWidget(frame);
+        m_frames << frame;
+        m_buttons << button;
+        m_lists << list;
+        m_available << true;
+    }
+
+    m_navigation = new QToolBar(QStringLiteral("Merge Results"), this);
+    m_navigation->setObjectName(QStringLiteral("tbrWordMerge4"));
+    m_navigation->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    for (const QString& key : kNavigationKeys) {
+        QAction* action = m_navigation->addAction(QIcon::fromTheme(navigationIcon(key)), key, this,
+                                                  [this, key] { Q_EMIT navigationClicked(key); });
+        action->setObjectName(key);
+        m_navigationAvailable.insert(key, true);
+    }
+    m_navigationBarAction = addWidget(m_navigation);
+
+    auto* recipientBar = new QToolBar(QStringLiteral("Merge Recipient"), this);
+    recipientBar->setObjectName(QStringLiteral("tbrWordMerge3"));
+    m_recipient = new QLineEdit(recipientBar);
+    m_recipient->setObjectName(QStringLiteral("txtMergeCompany"));
+    m_recipient->setReadOnly(true);
+    m_recipient->setAccessibleName(QStringLiteral("Recipient"));
+    m_recipient->setMinimumWidth(220);
+    recipientBar->addWidget(m_recipient);
+    m_recipientBarAction = addWidget(recipientBar);
+
+    apply(modMergeControl::setupMergeToolBar(1, InformationKind::Companies, true));
+    setTutorial(modMergeControl::noDocumentHelpLine());
+}
+
+void cbrMergeTools::apply(const MergeToolBarSetup& setup) {
+    for (int i = 0; i < m_frames.size(); ++i) {
+        m_frames[i]->setVisible(setup.categories.contains(i));
+    }
+    m_navigationBarAction->setVisible(setup.navigationShown);
+    m_recipientBarAction->setVisible(setup.navigationShown);
+    m_navigationEnabled = setup.navigationEnabled;
+    for (QAction* action : m_navigation->actions()) {
+        action->setEnabled(m_navigationEnabled &&
+                           m_navigationAvailable.value(action->objectName()));
+    }
+    if (!setup.navigationShown) {
+        m_recipient->clear();
+    }
+    setTutorial(setup.helpLine);
+}
+
+void cbrMergeTools::setTutorial(const QString& text) {
+    m_tutorial->setText(text);
+}
+
+void cbrMergeTools::setRecipientName(const QString& name) {
+    m_recipient->setText(name);
+}
+
+QAction* cbrMergeTools::navigationAction(const QString& key) const {
+    for (QAction* action : m_navigation->actions()) {
+        if (action->objectName() == key) {
+            return action;
+        }
+    }
+    return nullptr;
+}
+
+void cbrMergeTools::setCategoryAvailable(int index, bool available) {
+    if (index < 0 || index >= m_buttons.size()) {
+        return;
+    }
+    m_available[index] = available;
+    m_buttons[index]->setEnabled(available);
+    m_buttons[index]->setToolTip(available ? QString() : notAvailableYetTip());
+}
+
+void cbrMergeTools::setNavigationAvailable(const QString& key, bool available) {
+    m_navigationAvailable.insert(key, available);
+    if (QAction* action = navigationAction(key)) {
+        action->setEnabled(available && m_navigationEnabled);
+        action->setToolTip(available ? key : notAvailableYetTip());
+    }
+}
