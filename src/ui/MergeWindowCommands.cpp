@@ -397,6 +397,8 @@ bool MergeWindowCommands::saveMergeDoc(frmDocument& result) {
         }
     }
     attachment->markSaved();
+    result.rtfText().document()->setModified(false);
+    result.setHasDocumentChanged(false);
     result.setIsDocumentSaved(true);
     return true;
 }

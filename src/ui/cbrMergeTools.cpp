@@ -29,6 +29,25 @@ QString navigationIcon(const QString& key) {
     return names.value(key);
 }
 
+// A list that is out of sight until its button drops it: it opens over the
+// button and goes away again when its pop-up closes.
+class DropDownList : public QComboBox {
+public:
+    using QComboBox::QComboBox;
+
+    void dropAt(const QWidget* button) {
+        setGeometry(button->geometry().x(), button->geometry().y(),
+                    std::max(button->width(), sizeHint().width()), button->height());
+        show();
+        raise();
+        showPopup();
+    }
+    void hidePopup() override {
+        QComboBox::hidePopup();
+        hide();
+    }
+};
+
 } // namespace
 
 cbrMergeTools::cbrMergeTools(modMergeControl& control, QWidget* parent)
@@ -57,26 +76,28 @@ cbrMergeTools::cbrMergeTools(modMergeControl& control, QWidget* parent)
         row->addWidget(button);
         QComboBox* list = nullptr;
         if (QStandardItemModel* model = control.list(i)) {
-            list = new QComboBox(frame);
+            auto* drop = new DropDownList(frame);
+            list = drop;
             list->setObjectName(QStringLiteral("cboWordMergeCategory%1").arg(i));
             list->setAccessibleName(captions.at(i));
             list->setModel(model);
-            list->setMinimumContentsLength(i == 0 ? 24 : 16);
-            list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+            list->setSizeAdjustPolicy(QComboBox::AdjustToContents);
             list->setPlaceholderText(captions.at(i));
             list->setCurrentIndex(-1);
-            row->addWidget(list);
+            list->hide();
             // Activation, not a change of index: choosing the same field twice
             // inserts it twice.
             connect(list, &QComboBox::activated, this, [this, i, list](int entry) {
                 Q_EMIT listChosen(i, entry);
                 list->setCurrentIndex(-1);
             });
-            connect(button, &QToolButton::clicked, list, &QComboBox::showPopup);
+            button->setPopupMode(QToolButton::DelayedPopup);
+            button->setArrowType(Qt::NoArrow);
+            connect(button, &QToolButton::clicked, list, [drop, button] { drop->dropAt(button); });
         } else {
             connect(button, &QToolButton::clicked, this, [this, i] { Q_EMIT categoryClicked(i); });
         }
-        addWidget(frame);
+        m_frameActions << addWidget(frame);
         m_frames << frame;
         m_buttons << button;
         m_lists << list;
@@ -109,8 +130,9 @@ cbrMergeTools::cbrMergeTools(modMergeControl& control, QWidget* parent)
 }
 
 void cbrMergeTools::apply(const MergeToolBarSetup& setup) {
-    for (int i = 0; i < m_frames.size(); ++i) {
-        m_frames[i]->setVisible(setup.categories.contains(i));
+    // A tool bar shows and hides its widgets through their actions.
+    for (int i = 0; i < m_frameActions.size(); ++i) {
+        m_frameActions[i]->setVisible(setup.categories.contains(i));
     }
     m_navigationBarAction->setVisible(setup.navigationShown);
     m_recipientBarAction->setVisible(setup.navigationShown);
@@ -131,6 +153,14 @@ void cbrMergeTools::setTutorial(const QString& text) {
 
 void cbrMergeTools::setRecipientName(const QString& name) {
     m_recipient->setText(name);
+}
+
+bool cbrMergeTools::categoryShown(int index) const {
+    return index >= 0 && index < m_frameActions.size() && m_frameActions[index]->isVisible();
+}
+
+bool cbrMergeTools::navigationShown() const {
+    return m_navigationBarAction->isVisible();
 }
 
 QAction* cbrMergeTools::navigationAction(const QString& key) const {

@@ -35,6 +35,8 @@ public:
     QAction* navigationAction(const QString& key) const;
     QToolButton* categoryButton(int index) const { return m_buttons.value(index); }
     QComboBox* categoryList(int index) const { return m_lists.value(index); }
+    bool categoryShown(int index) const;
+    bool navigationShown() const;
     // A button whose routine this build lacks stays off with a note.
     void setCategoryAvailable(int index, bool available);
     void setNavigationAvailable(const QString& key, bool available);
@@ -51,6 +53,7 @@ private:
     QToolBar* m_tutorialBar = nullptr;
     QLabel* m_tutorial = nullptr;
     QList<QFrame*> m_frames;
+    QList<QAction*> m_frameActions;
     QList<QToolButton*> m_buttons;
     QList<QComboBox*> m_lists; // null where a category has no list
     QList<bool> m_available;

@@ -169,7 +169,7 @@ TEST_F(MainWindowTest, ACommandNotBuiltIsDisabledWithANoteEvenWithADocument) {
     ASSERT_NE(editor(), nullptr);
     selectAll();
     for (const char* unbuilt : {"mnuFileSave", "mnuEditCut", "mnuFileOpenNormal",
-                                "mnuMergeMergeCompany", "tbrFormat.Bold", "mnuPopupCut"}) {
+                                "mnuMergeMergePrinter", "tbrFormat.Bold", "mnuPopupCut"}) {
         SCOPED_TRACE(unbuilt);
         const QAction* a = window.commands()->action(QLatin1String(unbuilt));
         EXPECT_FALSE(a->isEnabled());
