@@ -8,6 +8,8 @@
 #include "platform/errorClass.h"
 #include "platform/fileControl.h"
 #include "platform/richtext/RichTextBox.h"
+#include "ui/MergeWindowCommands.h"
+#include "ui/frmDocument.h"
 #include "ui/frmMain.h"
 
 #include <QApplication>
@@ -141,9 +143,28 @@ void HostedApplication::changeTemplateInformation(int mergeType) {
 }
 
 void HostedApplication::performMerge() {
-    throw DocMergeError(DocMergeError::Kind::NotAvailable,
-                        QStringLiteral("performMerge is not available yet: this version has no "
-                                       "merge button on its main window."));
+    Document* document = activeDocument();
+    frmMain* main = m_window.window();
+    auto* commands = main ? main->findChild<MergeWindowCommands*>() : nullptr;
+    auto* window = document && document->window
+                       ? qobject_cast<frmDocument*>(document->window->widget())
+                       : nullptr;
+    if (!commands || !window) {
+        throw DocMergeError(DocMergeError::Kind::NotAvailable,
+                            QStringLiteral("The active document has no window to merge from."));
+    }
+    // What the host set on its document is what the merge button reads.
+    const DocumentModel& model = document->merge->model;
+    if (model.documentType == DocumentModel::Template) {
+        window->setDocumentType(DocumentModel::Template);
+        window->setInformationType(model.InformationType);
+    }
+    if (window->DocumentCaption.isEmpty()) {
+        window->DocumentCaption = document->window->windowTitle();
+    }
+    document->merge->IDList.copyEntireListToSecondList(window->IDList);
+    window->SQLFilter = document->merge->SQLFilter;
+    commands->mergeDocument(*window);
 }
 
 void HostedApplication::bringToForeground() {

@@ -276,16 +276,19 @@ void MergeWindowCommands::testMergeDocument() {
 }
 
 void MergeWindowCommands::mergeButton() {
-    frmDocument* document = activeDocument();
-    if (!document || app().isCreatingDocument) {
-        return;
+    if (frmDocument* document = activeDocument()) {
+        mergeDocument(*document);
+    }
+}
+
+frmDocument* MergeWindowCommands::mergeDocument(frmDocument& document) {
+    if (app().isCreatingDocument) {
+        return nullptr;
     }
     bool approved = false;
-    const MergeTemplateSource source = sourceOf(*document);
+    const MergeTemplateSource source = sourceOf(document);
     busy([&] { approved = MergeDocumentFlow::approveMerge(source); });
-    if (approved) {
-        createNewMergeDocument(*document);
-    }
+    return approved ? createNewMergeDocument(document) : nullptr;
 }
 
 frmDocument* MergeWindowCommands::createNewMergeDocument(frmDocument& source) {

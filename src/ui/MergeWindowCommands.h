@@ -71,6 +71,9 @@ public:
     // Buttons 5 and 6 on the active template.
     void testMergeDocument();
     void mergeButton();
+    // Button 6 on a given template: the test, the question on a fault, the
+    // merge and its result window (returned; null when none was made).
+    frmDocument* mergeDocument(frmDocument& document);
     // Picks the recipients, merges and opens the result window; null when
     // there is nothing to show (the user has been told why).
     frmDocument* createNewMergeDocument(frmDocument& source);

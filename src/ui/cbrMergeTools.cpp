@@ -60,6 +60,9 @@ cbrMergeTools::cbrMergeTools(modMergeControl& control, QWidget* parent)
     m_tutorial = new QLabel(m_tutorialBar);
     m_tutorial->setObjectName(QStringLiteral("lblTutorial"));
     m_tutorial->setWordWrap(true);
+    // The line takes the width of the window, not of its longest word.
+    m_tutorial->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    m_tutorial->setMinimumWidth(560);
     m_tutorial->setAccessibleName(QStringLiteral("Merge tutorial"));
     m_tutorialBar->addWidget(m_tutorial);
 
@@ -71,7 +74,9 @@ cbrMergeTools::cbrMergeTools(modMergeControl& control, QWidget* parent)
         row->setContentsMargins(2, 0, 2, 0);
         auto* button = new QToolButton(frame);
         button->setObjectName(QStringLiteral("cmdWordMergeCategory%1").arg(i));
-        button->setText(captions.at(i));
+        // A down arrow marks the buttons that drop a list.
+        button->setText(control.list(i) ? captions.at(i) + QStringLiteral(" \u25BE")
+                                        : captions.at(i));
         button->setAccessibleName(captions.at(i));
         row->addWidget(button);
         QComboBox* list = nullptr;
