@@ -85,7 +85,26 @@ void HostedApplication::openExistingDocument(const QString& filePath) {
     }
     Document& document = addDocument(QFileInfo(filePath).completeBaseName());
     openCompanionInformation(filePath, document.merge->model);
-    if (auto* editor = qobject_cast<QTextEdit*>(document.window->widget())) {
+    if (auto* window = qobject_cast<frmDocument*>(document.window->widget())) {
+        // The window is what the user reads and what the merge button merges.
+        const DocumentModel& from = document.merge->model;
+        window->setDocumentType(from.documentType);
+        window->setInformationType(from.InformationType);
+        window->setFileSaveType(from.fileSaveType);
+        window->model().PaperSize = from.PaperSize;
+        window->putDocumentOrientation(from.getDocumentOrientation(), false);
+        window->putPageWidth(from.getPageWidth(), false);
+        window->putPageHeight(from.getPageHeight(), false);
+        window->putLeftMargin(from.getLeftMargin(), false);
+        window->putRightMargin(from.getRightMargin(), false);
+        window->putTopMargin(from.getTopMargin(), false);
+        window->putBottomMargin(from.getBottomMargin(), false);
+        window->loadText(box.TextRTF());
+        window->DocumentFileName = filePath;
+        window->DocumentCaption = document.window->windowTitle();
+        window->setHasDocumentChanged(false);
+        window->setIsDocumentSaved(true);
+    } else if (auto* editor = qobject_cast<QTextEdit*>(document.window->widget())) {
         editor->setDocument(box.document()->clone(editor));
     }
 }

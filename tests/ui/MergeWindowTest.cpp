@@ -256,4 +256,23 @@ TEST_F(MergeWindowTest, LettersLeftOutOfTheListAreNotFiled) {
     EXPECT_TRUE(QFileInfo::exists(vault() + "/Gamma Ltd/Mar 5 2024 - Year End.qmw"));
 }
 
+TEST_F(MergeWindowTest, LettersWithEmptyPlaceholdersAreMarkedInTheList) {
+    frmDocument* templ = openTemplate();
+    ASSERT_NE(templ, nullptr);
+    templ->rtfText().setSelStart(5);
+    choose(2, "Contact First Name");
+    // Beta has no contact: its letter has nobody to greet.
+    templ->IDList.addRow(1, {"10", ""});
+    templ->IDList.addRow(2, {"20", ""});
+    window->runCommand("mnuMergeMergeNewDoc");
+    settle();
+    auto* list = active()->findChild<QListWidget*>("lstMergeRecipients");
+    ASSERT_NE(list, nullptr);
+    ASSERT_EQ(list->count(), 2);
+    EXPECT_EQ(list->item(0)->text(), "Acme Widgets");
+    EXPECT_EQ(list->item(1)->text(), "! Beta {Braces} \\Back");
+    EXPECT_TRUE(list->item(1)->toolTip().contains("empty: Contact First Name"))
+        << list->item(1)->toolTip().toStdString();
+}
+
 } // namespace
