@@ -164,6 +164,16 @@ void MergeWindowCommands::setRecipientChooser(MergeDocumentFlow::RecipientChoose
     m_panel->setCategoryAvailable(1, static_cast<bool>(m_chooser));
 }
 
+void MergeWindowCommands::setResultPrinter(ResultPrinter printer) {
+    m_printer = std::move(printer);
+    m_panel->setNavigationAvailable(QStringLiteral("Print"), static_cast<bool>(m_printer));
+    const QString command = QStringLiteral("mnuMergeMergePrinter");
+    if (m_printer && !m_main.hasRoute(command)) {
+        m_main.addRoute(command, [this] { navigate(QStringLiteral("Print")); });
+        m_main.refreshMenuStatus();
+    }
+}
+
 frmDocument* MergeWindowCommands::activeDocument() const {
     QMdiSubWindow* sub = m_main.activeDocumentWindow();
     return sub ? qobject_cast<frmDocument*>(sub->widget()) : nullptr;
@@ -436,6 +446,12 @@ void MergeWindowCommands::navigate(const QString& key) {
     MergeResultNavigator& navigator = attachment->navigator();
     if (key == QLatin1String("Save")) {
         saveMergeDoc(*document);
+        return;
+    }
+    if (key == QLatin1String("Print")) {
+        if (m_printer) {
+            busy([&] { m_printer(*document, navigator); });
+        }
         return;
     }
     if (key == QLatin1String("First")) {

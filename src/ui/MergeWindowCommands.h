@@ -6,6 +6,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <functional>
 #include <memory>
 
 class QListWidget;
@@ -65,6 +66,10 @@ public:
     // the search dialogs). Without one, the template's IDList or SQLFilter
     // is taken as it stands.
     void setRecipientChooser(MergeDocumentFlow::RecipientChooser chooser);
+    // How a result window's letters are printed (its Print button and Merge
+    // to Printer); without one both stay off with a note.
+    using ResultPrinter = std::function<void(frmDocument& result, MergeResultNavigator& letters)>;
+    void setResultPrinter(ResultPrinter printer);
 
     // The panel for the active document (none: the no-document line).
     void setupMergeToolBar();
@@ -103,6 +108,7 @@ private:
     modMergeControl m_control;
     cbrMergeTools* m_panel = nullptr;
     MergeDocumentFlow::RecipientChooser m_chooser;
+    ResultPrinter m_printer;
     // The kind the field lists were last filled for.
     int m_listedKind = -1;
     quint64 m_listedGeneration = 0;

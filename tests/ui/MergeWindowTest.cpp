@@ -250,6 +250,15 @@ TEST_F(MergeWindowTest, LettersLeftOutOfTheListAreNotFiled) {
     auto* list = result->findChild<QListWidget*>("lstMergeRecipients");
     ASSERT_NE(list, nullptr);
     ASSERT_EQ(list->count(), 2);
+    // Printing is off until a printer is given; then Print hands it the letters.
+    EXPECT_FALSE(panel->navigationAction("Print")->isEnabled());
+    int printed = -1;
+    merge->setResultPrinter([&printed](frmDocument& document, MergeResultNavigator& letters) {
+        EXPECT_EQ(document.documentType(), 3);
+        printed = letters.recordCount();
+    });
+    click("Print");
+    EXPECT_EQ(printed, 2);
     list->item(0)->setCheckState(Qt::Unchecked);
     click("Save");
     EXPECT_FALSE(QFileInfo::exists(vault() + "/Acme Widgets"));
