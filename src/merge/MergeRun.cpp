@@ -144,6 +144,14 @@ bool MergeRun::prepareRecipients(databaseControl& db) {
     case MergeRequest::Recipients::All:
         addAllRecipients(type, db, m_result.IDList);
         return true;
+    case MergeRequest::Recipients::Filtered:
+        if (!isSearchKind(type)) {
+            m_problem = QStringLiteral("Only task and appointment templates merge from a search.");
+            return false;
+        }
+        m_result.SQLFilter = m_request.SQLFilter;
+        m_result.connectToRemittRST();
+        return true;
     case MergeRequest::Recipients::TaskCriteria:
     case MergeRequest::Recipients::AppointmentCriteria: {
         const bool tasks = m_request.recipients == MergeRequest::Recipients::TaskCriteria;

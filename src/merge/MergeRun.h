@@ -22,6 +22,7 @@ struct MergeRequest {
         All,                 // every client, contact, task or appointment
         TaskCriteria,        // the task search narrowed by `criteria`
         AppointmentCriteria, // the appointment search narrowed by `criteria`
+        Filtered,            // every task or appointment passing `SQLFilter`
     };
 
     // Page setup and kind; InformationType chooses the walk.
@@ -36,6 +37,8 @@ struct MergeRequest {
     FieldTable IDList{2};
     // Search fields by name: "taskName=GST;searchByTaskName=1".
     QString criteria;
+    // A record-set filter over all tasks or appointments (a search's).
+    QString SQLFilter;
     // Empty: the working folders' vault root.
     QString vaultRoot;
     // Invalid: the clock's own date. Dates the letters and their names.
@@ -69,6 +72,8 @@ public:
 
     QString problem() const { return m_problem; }
     const MergeResultDocument& result() const { return m_result; }
+    // The records, for a window that lets the user edit them.
+    MergeResultDocument& result() { return m_result; }
     bool stoppedByUser() const { return m_result.stoppedByUser; }
 
     // Every visible active client (kinds 1, 2), every contact linked to one

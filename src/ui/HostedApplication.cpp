@@ -9,6 +9,8 @@
 #include "platform/errorClass.h"
 #include "platform/fileControl.h"
 #include "platform/richtext/RichTextBox.h"
+#include "ui/MergeWindowCommands.h"
+#include "ui/frmDocument.h"
 #include "ui/frmMain.h"
 
 #include <QApplication>
@@ -84,7 +86,26 @@ void HostedApplication::openExistingDocument(const QString& filePath) {
     }
     Document& document = addDocument(QFileInfo(filePath).completeBaseName());
     openCompanionInformation(filePath, document.merge->model);
-    if (auto* editor = qobject_cast<QTextEdit*>(document.window->widget())) {
+    if (auto* window = qobject_cast<frmDocument*>(document.window->widget())) {
+        // The window is what the user reads and what the merge button merges.
+        const DocumentModel& from = document.merge->model;
+        window->setDocumentType(from.documentType);
+        window->setInformationType(from.InformationType);
+        window->setFileSaveType(from.fileSaveType);
+        window->model().PaperSize = from.PaperSize;
+        window->putDocumentOrientation(from.getDocumentOrientation(), false);
+        window->putPageWidth(from.getPageWidth(), false);
+        window->putPageHeight(from.getPageHeight(), false);
+        window->putLeftMargin(from.getLeftMargin(), false);
+        window->putRightMargin(from.getRightMargin(), false);
+        window->putTopMargin(from.getTopMargin(), false);
+        window->putBottomMargin(from.getBottomMargin(), false);
+        window->loadText(box.TextRTF());
+        window->DocumentFileName = filePath;
+        window->DocumentCaption = document.window->windowTitle();
+        window->setHasDocumentChanged(false);
+        window->setIsDocumentSaved(true);
+    } else if (auto* editor = qobject_cast<QTextEdit*>(document.window->widget())) {
         editor->setDocument(box.document()->clone(editor));
     }
 }
@@ -142,9 +163,28 @@ void HostedApplication::changeTemplateInformation(int mergeType) {
 }
 
 void HostedApplication::performMerge() {
-    throw DocMergeError(DocMergeError::Kind::NotAvailable,
-                        QStringLiteral("performMerge is not available yet: this version has no "
-                                       "merge button on its main window."));
+    Document* document = activeDocument();
+    frmMain* main = m_window.window();
+    auto* commands = main ? main->findChild<MergeWindowCommands*>() : nullptr;
+    auto* window = document && document->window
+                       ? qobject_cast<frmDocument*>(document->window->widget())
+                       : nullptr;
+    if (!commands || !window) {
+        throw DocMergeError(DocMergeError::Kind::NotAvailable,
+                            QStringLiteral("The active document has no window to merge from."));
+    }
+    // What the host set on its document is what the merge button reads.
+    const DocumentModel& model = document->merge->model;
+    if (model.documentType == DocumentModel::Template) {
+        window->setDocumentType(DocumentModel::Template);
+        window->setInformationType(model.InformationType);
+    }
+    if (window->DocumentCaption.isEmpty()) {
+        window->DocumentCaption = document->window->windowTitle();
+    }
+    document->merge->IDList.copyEntireListToSecondList(window->IDList);
+    window->SQLFilter = document->merge->SQLFilter;
+    commands->mergeDocument(*window);
 }
 
 void HostedApplication::bringToForeground() {

@@ -80,6 +80,13 @@ void frmDocument::SetViewMode(int mode) {
     adjustDisplayForCursorPosition();
 }
 
+void frmDocument::setSidePanel(QWidget* panel) {
+    if (auto* box = qobject_cast<QBoxLayout*>(layout())) {
+        box->setDirection(QBoxLayout::LeftToRight);
+        box->insertWidget(0, panel);
+    }
+}
+
 int frmDocument::performEdit(int message) {
     if (m_controlKey && m_view != nullptr && m_view->hasFocus()) {
         return 0;

@@ -2,6 +2,7 @@
 
 #include "documents/DocumentModel.h"
 #include "documents/PageLayout.h"
+#include "platform/FieldTable.h"
 #include "platform/richtext/RichTextBox.h"
 
 #include <QString>
@@ -65,7 +66,10 @@ public:
 
     QString DocumentCaption;
     QString DocumentFileName;
-    QString IDList;
+    // Recipients of a merge: company and contact IDs in columns 1 and 2, or
+    // schedule or appointment IDs in column 1; the recipient dialog and the
+    // host fill it.
+    FieldTable IDList{2};
     QString SQLFilter;
 
     // Lays the window out for the model's page geometry; resetScroll brings
@@ -82,6 +86,9 @@ public:
     QString mergeRTBText() const { return m_box.TextRTF(); }
     // The word-wrap toggle: 0 no wrap, 1 wrap at the window, 2 as printed.
     void SetViewMode(int mode);
+    // Puts a panel at the left of the pages (a merge result's recipients);
+    // the window takes it over.
+    void setSidePanel(QWidget* panel);
     // Sends an edit message (RichTextBox::WM_CUT and its kin) to the text,
     // unless the text has the focus and Control is held: then the text box
     // has acted on the shortcut itself, and the menu's command would do it

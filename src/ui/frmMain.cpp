@@ -16,6 +16,7 @@
 #include "ui/InsertCommands.h"
 #include "ui/LiveSpellChecker.h"
 #include "ui/SpellCommands.h"
+#include "ui/MergeWindowCommands.h"
 #include "ui/PageView.h"
 #include "ui/RecentFilesMenu.h"
 #include "ui/frmDocument.h"
@@ -79,6 +80,7 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent), m_area(new QMdiArea(thi
     installInsertCommands(*this);
     installSpellCommands(*this);
     installLiveSpelling(*this);
+    installMergeCommands(*this);
     connect(m_commands, &CommandActions::commandTriggered, this, &frmMain::runCommand);
     connect(m_area, &QMdiArea::subWindowActivated, this, &frmMain::onDocumentActivated);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
@@ -375,6 +377,7 @@ void frmMain::onDocumentActivated(QMdiSubWindow* sub) {
         m_lastActive = sub;
     }
     refreshMenuStatus();
+    Q_EMIT activeDocumentChanged(sub);
 }
 
 void frmMain::onDocumentClosed() {
@@ -384,6 +387,7 @@ void frmMain::onDocumentClosed() {
     if (!m_area->subWindowList().isEmpty()) {
         refreshMenuStatus();
     }
+    Q_EMIT activeDocumentChanged(nullptr);
 }
 
 void frmMain::EnableOrDisableAllMenuAndButtons(bool enable) {

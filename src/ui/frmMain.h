@@ -97,6 +97,10 @@ public:
 Q_SIGNALS:
     // A document window was added to the area, already shown.
     void documentWindowAdded(QMdiSubWindow* window);
+    // A document window became the active one, or one closed (then `sub`
+    // may be the one going away): panels that follow the active document
+    // look again.
+    void activeDocumentChanged(QMdiSubWindow* sub);
 
 protected:
     void closeEvent(QCloseEvent* event) override;
