@@ -6,6 +6,8 @@
 #include "merge/MergeRun.h"
 #include "platform/FieldTable.h"
 #include "platform/tree/ClientTreeView.h"
+#include "search/clsSearchAppointments.h"
+#include "search/clsSearchTasks.h"
 
 #include <QSet>
 
@@ -35,11 +37,40 @@ std::optional<int> RecipientSelection::modeForInformationType(InformationKind ki
 }
 
 QString RecipientSelection::nothingChosenMessage(InformationKind kind) {
-    return kind == InformationKind::Companies
-               ? QStringLiteral("You must choose some companies to merge to create a merge "
-                                "document")
-               : QStringLiteral("You must choose some contacts to merge to create a merge "
-                                "document");
+    const char* what = "contacts";
+    if (kind == InformationKind::Companies) {
+        what = "companies";
+    } else if (kind == InformationKind::Tasks) {
+        what = "tasks";
+    } else if (kind == InformationKind::Appointments) {
+        what = "appointments";
+    }
+    return QStringLiteral("You must choose some %1 to merge to create a merge document")
+        .arg(QLatin1String(what));
+}
+
+bool RecipientSelection::hasChosenRecipients(InformationKind kind, const FieldTable& ids,
+                                             const QString& SQLFilter) {
+    return isSearchKind(kind) && (!ids.isEmpty() || !SQLFilter.trimmed().isEmpty());
+}
+
+void RecipientSelection::requestRecipients(InformationKind kind, const FieldTable& ids,
+                                           const QString& SQLFilter, const clsSearchTasks& tasks,
+                                           const clsSearchAppointments& appointments,
+                                           MergeRequest& request) {
+    request.IDList.clear();
+    request.criteria.clear();
+    if (isSearchKind(kind) && ids.isEmpty() && !SQLFilter.trimmed().isEmpty()) {
+        const bool isTasks = kind == InformationKind::Tasks;
+        request.recipients = isTasks ? MergeRequest::Recipients::TaskCriteria
+                                     : MergeRequest::Recipients::AppointmentCriteria;
+        request.criteria = isTasks ? tasks.criteriaText() : appointments.criteriaText();
+        return;
+    }
+    request.recipients = MergeRequest::Recipients::Listed;
+    for (int row = 1; row <= ids.rowCount(); ++row) {
+        request.IDList.addRow(row, {ids.value(row, 1), ids.value(row, 2)});
+    }
 }
 
 bool RecipientSelection::available() {

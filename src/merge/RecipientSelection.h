@@ -10,6 +10,9 @@ class ClientTreeNode;
 class ClientTreeView;
 class FieldTable;
 class clsPopulateClientTree;
+class clsSearchAppointments;
+class clsSearchTasks;
+struct MergeRequest;
 
 // The rules of the recipient dialog: which client tree it shows for a
 // merge, which nodes can carry a tick, how ticks spread to children, and how
@@ -29,8 +32,20 @@ public:
     // The dialog's mode for a template kind; nothing for kinds that are not
     // merged to clients.
     static std::optional<int> modeForInformationType(InformationKind kind);
-    // What the merge says when the dialog was left without a recipient.
+    // What the merge says when the dialog (or a search dialog) was left
+    // without a recipient.
     static QString nothingChosenMessage(InformationKind kind);
+    // A task or appointment template that has its recipients already: IDList
+    // rows, or the filter of an accepted search. Client kinds always ask.
+    static bool hasChosenRecipients(InformationKind kind, const FieldTable& ids,
+                                    const QString& SQLFilter);
+    // The recipients of a merge request from a template's choice, as the
+    // merge command takes them: the IDList rows; for tasks and appointments
+    // without rows but with a search filter, the search's criteria, so that
+    // the merge runs the very search the user accepted.
+    static void requestRecipients(InformationKind kind, const FieldTable& ids,
+                                  const QString& SQLFilter, const clsSearchTasks& tasks,
+                                  const clsSearchAppointments& appointments, MergeRequest& request);
     // Whether a client database is connected; without one the dialog shows
     // unavailableMessage() instead of opening.
     static bool available();

@@ -1,10 +1,14 @@
 #include "search/TaskSearchForm.h"
 
 #include "context/AppContext.h"
+#include "data/databaseControl.h"
 #include "platform/MsgboxClass.h"
 #include "platform/errorClass.h"
 #include "platform/text/VBFormat.h"
 #include "search/clsSearchTasks.h"
+
+#include <QSet>
+#include <QStandardItemModel>
 
 namespace {
 
@@ -220,4 +224,47 @@ std::optional<TaskSearchForm::Fault> TaskSearchForm::save(clsSearchTasks& search
             QStringLiteral("There are no tasks that match the criteria you have chosen."));
     }
     return std::nullopt;
+}
+
+void TaskSearchForm::populateEmployeeAssigned(QStandardItemModel& list) {
+    ProcedureScope scope(app().errors, "QuillmerePad.exe-frmSearchTasks-populateEmployeeAssigned");
+    list.clear();
+    QStandardItemModel names;
+    databaseControl* db = app().database;
+    if (db && db->isConnected()) {
+        const std::pair<const char*, const char*> sources[] = {
+            {"SELECT DISTINCT AccountantEmployeeInfo.DisplayName FROM AccountantEmployeeInfo "
+             "ORDER BY AccountantEmployeeInfo.DisplayName;",
+             "DisplayName"},
+            {"SELECT DISTINCT Schedule.EmployeeAssigned FROM Schedule ORDER BY "
+             "Schedule.EmployeeAssigned;",
+             "EmployeeAssigned"},
+        };
+        for (const auto& [sql, column] : sources) {
+            const int rs = db->openRecordset(QString::fromLatin1(sql));
+            try {
+                db->fillList(rs, names, QString::fromLatin1(column));
+            } catch (...) {
+                db->closeRecordset(rs);
+                throw;
+            }
+            db->closeRecordset(rs);
+        }
+    }
+    QStringList entries = {QStringLiteral("None Assigned")};
+    QSet<QString> seen(entries.begin(), entries.end());
+    for (int row = 0; row < names.rowCount(); ++row) {
+        const QString name = names.item(row)->text();
+        if (!name.trimmed().isEmpty() && !seen.contains(name)) {
+            seen.insert(name);
+            entries << name;
+        }
+    }
+    // The list is sorted as the combo box sorts its entries.
+    std::sort(entries.begin(), entries.end(), [](const QString& a, const QString& b) {
+        return a.compare(b, Qt::CaseInsensitive) < 0;
+    });
+    for (const QString& name : entries) {
+        list.appendRow(new QStandardItem(name));
+    }
 }

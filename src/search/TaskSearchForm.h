@@ -5,6 +5,7 @@
 #include <array>
 #include <optional>
 
+class QStandardItemModel;
 class clsSearchTasks;
 class MsgboxClass;
 
@@ -75,6 +76,11 @@ struct TaskSearchForm {
     // whether any were found (a search without matches is still accepted).
     // Faults of the database (a filter that cannot be run) pass as QmError.
     std::optional<Fault> save(clsSearchTasks& search, MsgboxClass& msgbox) const;
+
+    // The employee list: "None Assigned", the firm's staff and every name
+    // that stands on a task (people who left the firm included), each name
+    // once, sorted. Without a connection only "None Assigned".
+    static void populateEmployeeAssigned(QStandardItemModel& list);
 };
 
 // The rewrite of a typed date by the date boxes: the date in the long form

@@ -2,7 +2,10 @@
 
 #include "documents/DocumentModel.h"
 #include "documents/PageLayout.h"
+#include "platform/FieldTable.h"
 #include "platform/richtext/RichTextBox.h"
+#include "search/clsSearchAppointments.h"
+#include "search/clsSearchTasks.h"
 
 #include <QString>
 #include <QWidget>
@@ -65,8 +68,15 @@ public:
 
     QString DocumentCaption;
     QString DocumentFileName;
-    QString IDList;
+    // Recipients of a merge: company and contact IDs (kinds 1 to 3), or
+    // schedule or appointment IDs in column 1 (kinds 4 and 5).
+    FieldTable IDList{2};
+    // The record-set filter of a task or appointment merge, with the search
+    // whose SELECT it narrows; the search dialogs keep the user's last
+    // criteria here.
     QString SQLFilter;
+    clsSearchTasks taskSearch;
+    clsSearchAppointments appointmentSearch;
 
     // Lays the window out for the model's page geometry; resetScroll brings
     // the view back to the top. The pagination follows the text by itself,
