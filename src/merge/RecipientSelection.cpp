@@ -141,8 +141,20 @@ void RecipientSelection::populateCheckedItems(ClientTreeView& tree, const FieldT
 }
 
 bool RecipientSelection::saveInfo(const ClientTreeView& tree, FieldTable& ids) const {
+    FieldTable ticked(2);
+    MergeRun::addTickedNodes(tree, m_mode, ticked);
+    // A family member shown below each of a person's clients is one
+    // recipient, however many of its nodes carry a tick.
     ids.clear();
-    MergeRun::addTickedNodes(tree, m_mode, ids);
+    QSet<QString> written;
+    for (int row = 1; row <= ticked.rowCount(); ++row) {
+        const QString company = ticked.value(row, 1);
+        const QString contact = ticked.value(row, 2);
+        if (!written.contains(pairKey(company, contact))) {
+            written.insert(pairKey(company, contact));
+            ids.addRow(ids.rowCount() + 1, {company, contact});
+        }
+    }
     return !ids.isEmpty();
 }
 

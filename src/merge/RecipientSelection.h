@@ -67,8 +67,9 @@ public:
     void populateCheckedItems(ClientTreeView& tree, const FieldTable& ids,
                               const std::function<void()>& yield = {}) const;
 
-    // Empties the list and writes a row per ticked node of the mode.
-    // Returns hasSelection: true when at least one row was written.
+    // Empties the list and writes a row per ticked node of the mode, each
+    // (company, contact) pair once. Returns hasSelection: true when at least
+    // one row was written.
     bool saveInfo(const ClientTreeView& tree, FieldTable& ids) const;
 
     // Carries the user's tick (or untick) of a node to its children by the
