@@ -8,6 +8,7 @@
 #include "search/clsSearchAppointments.h"
 #include "search/clsSearchTasks.h"
 
+#include <QStandardItem>
 #include <functional>
 
 namespace {
@@ -90,6 +91,21 @@ TEST_F(RecipientSelectionTest, EachModeShowsTheNodesItCanTick) {
     }
 }
 
+TEST_F(RecipientSelectionTest, EveryNodeReportsItsTickToTheModel) {
+    // A tick given in the view reaches the rules only through the model.
+    ClientTreeModel& view = build(RecipientSelection::Contacts);
+    QStringList lost;
+    std::function<void(ClientTreeNode*)> walk = [&](ClientTreeNode* n) {
+        for (; n; n = n->next()) {
+            if (dynamic_cast<QStandardItem*>(n)->model() != &view.model())
+                lost << n->key();
+            walk(n->child());
+        }
+    };
+    walk(view.firstRoot());
+    EXPECT_EQ(lost.join(QLatin1Char(' ')), QString());
+}
+
 TEST_F(RecipientSelectionTest, TicksSpreadByTheRulesOfTheMode) {
     const struct {
         int mode;
@@ -104,6 +120,7 @@ TEST_F(RecipientSelectionTest, TicksSpreadByTheRulesOfTheMode) {
         // or their family.
         {2, "Company:20", {"Company:20", "Company:20Contact:200", "Company:20Contact:201"}},
         {3, "Company:21", {"Company:21", "Company:21Contact:202"}},
+        {2, "TaxCategory:7", {"TaxCategory:7", "TaxCategory:7TaxContact:206"}},
     };
     for (const auto& c : cases) {
         ClientTreeModel& view = build(c.mode);
