@@ -44,11 +44,65 @@ QString setValue(const SearchCriteriaText::Binding& binding, const QString& text
     return {};
 }
 
+// The items of an assignment text, split at each ";" that no backslash
+// makes plain, with the escapes taken out.
+QStringList splitItems(const QString& text) {
+    QStringList items;
+    QString item;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar ch = text.at(i);
+        if (ch == u'\\' && i + 1 < text.size()) {
+            item += text.at(++i);
+        } else if (ch == u';') {
+            items << item;
+            item.clear();
+        } else {
+            item += ch;
+        }
+    }
+    items << item;
+    return items;
+}
+
+QString escaped(const QString& text) {
+    QString out;
+    for (const QChar ch : text) {
+        if (ch == u'\\' || ch == u';') {
+            out += u'\\';
+        }
+        out += ch;
+    }
+    return out;
+}
+
 } // namespace
+
+QString SearchCriteriaText::write(const std::vector<Binding>& bindings) {
+    QStringList items;
+    for (const Binding& binding : bindings) {
+        QString value;
+        if (auto* flag = std::get_if<bool*>(&binding.target)) {
+            value = **flag ? QStringLiteral("1") : QStringLiteral("0");
+        } else if (auto* small = std::get_if<qint16*>(&binding.target)) {
+            value = QString::number(**small);
+        } else if (auto* number = std::get_if<qint32*>(&binding.target)) {
+            value = QString::number(**number);
+        } else if (auto* words = std::get_if<QString*>(&binding.target)) {
+            value = escaped(**words);
+        } else if (auto* date = std::get_if<QDate*>(&binding.target)) {
+            if (!(*date)->isValid()) {
+                continue;
+            }
+            value = (*date)->toString(Qt::ISODate);
+        }
+        items << QString::fromLatin1(binding.name) + u'=' + value;
+    }
+    return items.join(u';');
+}
 
 QString SearchCriteriaText::apply(const QString& assignments,
                                   const std::vector<Binding>& bindings) {
-    for (const QString& item : assignments.split(u';', Qt::SkipEmptyParts)) {
+    for (const QString& item : splitItems(assignments)) {
         if (item.trimmed().isEmpty()) {
             continue;
         }

@@ -248,30 +248,46 @@ int clsSearchAppointments::appointmentFilterCount() {
     return count;
 }
 
+namespace {
+
+// The criteria by their field names, in the order of the fields.
+std::vector<SearchCriteriaText::Binding> bindingsOf(clsSearchAppointments& search) {
+    using SearchCriteriaText::Binding;
+    auto& s = search;
+    return {
+        {"searchBySubject", &s.searchBySubject},
+        {"subjectText", &s.subjectText},
+        {"searchByCompany", &s.searchByCompany},
+        {"companyID", &s.companyID},
+        {"searchByContact", &s.searchByContact},
+        {"contactID", &s.contactID},
+        {"searchByUser", &s.searchByUser},
+        {"userID", &s.userID},
+        {"searchByColour", &s.searchByColour},
+        {"backColour", &s.backColour},
+        {"firstDate", &s.firstDate},
+        {"secondDate", &s.secondDate},
+        {"dateMatch", &s.dateMatch},
+        {"searchByStartTime", &s.searchByStartTime},
+        {"firstStartTime", &s.firstStartTime},
+        {"secondStartTime", &s.secondStartTime},
+        {"startTimeMatch", &s.startTimeMatch},
+        {"searchByEndTime", &s.searchByEndTime},
+        {"firstEndTime", &s.firstEndTime},
+        {"secondEndTime", &s.secondEndTime},
+        {"endTimeMatch", &s.endTimeMatch},
+    };
+}
+
+} // namespace
+
 QString clsSearchAppointments::setCriteria(const QString& assignments) {
     using SearchCriteriaText::Binding;
-    const std::vector<Binding> bindings = {
-        {"searchBySubject", &searchBySubject},
-        {"subjectText", &subjectText},
-        {"searchByCompany", &searchByCompany},
-        {"companyID", &companyID},
-        {"searchByContact", &searchByContact},
-        {"contactID", &contactID},
-        {"searchByUser", &searchByUser},
-        {"userID", &userID},
-        {"searchByColour", &searchByColour},
-        {"backColour", &backColour},
-        {"firstDate", &firstDate},
-        {"secondDate", &secondDate},
-        {"dateMatch", &dateMatch},
-        {"searchByStartTime", &searchByStartTime},
-        {"firstStartTime", &firstStartTime},
-        {"secondStartTime", &secondStartTime},
-        {"startTimeMatch", &startTimeMatch},
-        {"searchByEndTime", &searchByEndTime},
-        {"firstEndTime", &firstEndTime},
-        {"secondEndTime", &secondEndTime},
-        {"endTimeMatch", &endTimeMatch},
-    };
+    const std::vector<Binding> bindings = bindingsOf(*this);
     return SearchCriteriaText::apply(assignments, bindings);
+}
+
+QString clsSearchAppointments::criteriaText() const {
+    // The bindings only read here.
+    return SearchCriteriaText::write(bindingsOf(const_cast<clsSearchAppointments&>(*this)));
 }

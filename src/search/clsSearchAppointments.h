@@ -61,4 +61,7 @@ public:
     // Sets fields by name from "field=value;..." (see SearchCriteriaText).
     // Returns an empty text, or the reason the text was refused.
     QString setCriteria(const QString& assignments);
+    // Every field in the form setCriteria reads, so that a search made in
+    // the window can be run again as a merge's criteria.
+    QString criteriaText() const;
 };

@@ -248,42 +248,53 @@ int clsSearchTasks::taskFilterCount() const {
     return db->recordCount(filtered.handle());
 }
 
+namespace {
+
+// The criteria by their field names, in the order of the fields.
+std::vector<SearchCriteriaText::Binding> bindingsOf(clsSearchTasks& search) {
+    using SearchCriteriaText::Binding;
+    auto& s = search;
+    return {
+        {"searchArchives", &s.searchArchives},
+        {"searchByTaskName", &s.searchByTaskName},
+        {"taskName", &s.taskName},
+        {"searchByTaskType", &s.searchByTaskType},
+        {"taskType", &s.taskType},
+        {"searchByClient", &s.searchByClient},
+        {"companyID", &s.companyID},
+        {"searchDueDate", &s.searchDueDate},
+        {"searchNotifiedDate", &s.searchNotifiedDate},
+        {"searchInHouseDueDate", &s.searchInHouseDueDate},
+        {"firstDate", &s.firstDate},
+        {"secondDate", &s.secondDate},
+        {"dateMatch", &s.dateMatch},
+        {"searchInPossession", &s.searchInPossession},
+        {"inPossession", &s.inPossession},
+        {"searchNotified", &s.searchNotified},
+        {"notified", &s.notified},
+        {"searchPrepared", &s.searchPrepared},
+        {"prepared", &s.prepared},
+        {"searchDelivered", &s.searchDelivered},
+        {"delivered", &s.delivered},
+        {"searchRecieved", &s.searchRecieved},
+        {"recieved", &s.recieved},
+        {"searchSignature", &s.searchSignature},
+        {"signature", &s.signature},
+        {"searchCheque", &s.searchCheque},
+        {"cheque", &s.cheque},
+        {"searchClosed", &s.searchClosed},
+        {"closed", &s.closed},
+        {"searchByEmployee", &s.searchByEmployee},
+        {"employeeAssigned", &s.employeeAssigned},
+        {"SQLSort", &s.SQLSort},
+    };
+}
+
+} // namespace
+
 QString clsSearchTasks::setCriteria(const QString& assignments) {
     using SearchCriteriaText::Binding;
-    const std::vector<Binding> bindings = {
-        {"searchArchives", &searchArchives},
-        {"searchByTaskName", &searchByTaskName},
-        {"taskName", &taskName},
-        {"searchByTaskType", &searchByTaskType},
-        {"taskType", &taskType},
-        {"searchByClient", &searchByClient},
-        {"companyID", &companyID},
-        {"searchDueDate", &searchDueDate},
-        {"searchNotifiedDate", &searchNotifiedDate},
-        {"searchInHouseDueDate", &searchInHouseDueDate},
-        {"firstDate", &firstDate},
-        {"secondDate", &secondDate},
-        {"dateMatch", &dateMatch},
-        {"searchInPossession", &searchInPossession},
-        {"inPossession", &inPossession},
-        {"searchNotified", &searchNotified},
-        {"notified", &notified},
-        {"searchPrepared", &searchPrepared},
-        {"prepared", &prepared},
-        {"searchDelivered", &searchDelivered},
-        {"delivered", &delivered},
-        {"searchRecieved", &searchRecieved},
-        {"recieved", &recieved},
-        {"searchSignature", &searchSignature},
-        {"signature", &signature},
-        {"searchCheque", &searchCheque},
-        {"cheque", &cheque},
-        {"searchClosed", &searchClosed},
-        {"closed", &closed},
-        {"searchByEmployee", &searchByEmployee},
-        {"employeeAssigned", &employeeAssigned},
-        {"SQLSort", &SQLSort},
-    };
+    const std::vector<Binding> bindings = bindingsOf(*this);
     const QString sort = SQLSort;
     QString error = SearchCriteriaText::apply(assignments, bindings);
     if (error.isEmpty()) {
@@ -292,4 +303,9 @@ QString clsSearchTasks::setCriteria(const QString& assignments) {
             SQLSort = sort;
     }
     return error;
+}
+
+QString clsSearchTasks::criteriaText() const {
+    // The bindings only read here.
+    return SearchCriteriaText::write(bindingsOf(const_cast<clsSearchTasks&>(*this)));
 }

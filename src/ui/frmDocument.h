@@ -4,6 +4,8 @@
 #include "documents/PageLayout.h"
 #include "platform/FieldTable.h"
 #include "platform/richtext/RichTextBox.h"
+#include "search/clsSearchAppointments.h"
+#include "search/clsSearchTasks.h"
 
 #include <QString>
 #include <QWidget>
@@ -66,11 +68,15 @@ public:
 
     QString DocumentCaption;
     QString DocumentFileName;
-    // Recipients of a merge: company and contact IDs in columns 1 and 2, or
-    // schedule or appointment IDs in column 1; the recipient dialog and the
-    // host fill it.
+    // Recipients of a merge: company and contact IDs (kinds 1 to 3), or
+    // schedule or appointment IDs in column 1 (kinds 4 and 5).
     FieldTable IDList{2};
+    // The record-set filter of a task or appointment merge, with the search
+    // whose SELECT it narrows; the search dialogs keep the user's last
+    // criteria here.
     QString SQLFilter;
+    clsSearchTasks taskSearch;
+    clsSearchAppointments appointmentSearch;
 
     // Lays the window out for the model's page geometry; resetScroll brings
     // the view back to the top. The pagination follows the text by itself,

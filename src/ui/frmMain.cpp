@@ -19,6 +19,7 @@
 #include "ui/MergeWindowCommands.h"
 #include "ui/PageView.h"
 #include "ui/RecentFilesMenu.h"
+#include "ui/RecipientCommands.h"
 #include "ui/frmDocument.h"
 
 #include <QAction>
@@ -81,6 +82,7 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent), m_area(new QMdiArea(thi
     installSpellCommands(*this);
     installLiveSpelling(*this);
     installMergeCommands(*this);
+    installRecipientCommands(*this);
     connect(m_commands, &CommandActions::commandTriggered, this, &frmMain::runCommand);
     connect(m_area, &QMdiArea::subWindowActivated, this, &frmMain::onDocumentActivated);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,

@@ -63,6 +63,9 @@ public:
     // own; a command without a routine stays disabled with a note.
     void addRoute(const QString& command, std::function<void()> routine);
     bool hasRoute(const QString& command) const { return m_routes.contains(command); }
+    // The routine of a command, empty without one: a subsystem can run its
+    // own step after another's (a new template, then its recipients).
+    std::function<void()> route(const QString& command) const { return m_routes.value(command); }
 
     // The active document window: the area's active one, or, while another
     // program has the focus, the last one activated. Null with none open.

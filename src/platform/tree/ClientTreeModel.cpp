@@ -234,7 +234,11 @@ void ClientTreeModel::sortNow(QStandardItem* parent) {
         parent->takeChild(r);
     parent->removeRows(0, n);
     std::stable_sort(items.begin(), items.end(), textBefore);
-    parent->appendRows(items);
+    // One at a time: appendRows hands the model only to the rows themselves,
+    // not to their children, which then no longer report their changes (a
+    // tick in the view would reach nobody).
+    for (QStandardItem* item : items)
+        parent->appendRow(item);
 }
 
 void ClientTreeModel::select(ClientTreeItem* item) {
