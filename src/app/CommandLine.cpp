@@ -22,6 +22,8 @@ const std::vector<CommandEntry>& headlessCommands() {
          runMergeCommand},
         {"text", "text FILE", runTextCommand},
         {"pages", "pages DOC", runPagesCommand},
+        {"pdf", "pdf DOC OUT.pdf [--pages RANGE]", runPdfCommand},
+        {"print", "print DOC [--printer NAME] [--pages RANGE] [--copies N]", runPrintCommand},
         {"convert", "convert IN OUT", runConvertCommand},
         {"spell", "spell FILE [--tolerance N] [--folder DIR]", runSpellCommand},
         {"sample-db", "sample-db PATH [--clients N] [--seed S] [--date YYYY-MM-DD]",
