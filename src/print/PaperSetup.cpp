@@ -137,6 +137,7 @@ std::optional<PaperSetup::Fault> PaperSetup::txtMargins_Validate() {
     MarginRight = int(std::lround(boxValue(txtMargins[Right]) * 1440));
     MarginTop = int(std::lround(boxValue(txtMargins[Top]) * 1440));
     MarginBottom = int(std::lround(boxValue(txtMargins[Bottom]) * 1440));
+    m_marginsEdited = false;
     drawPage();
     return std::nullopt;
 }
@@ -153,17 +154,26 @@ std::optional<PaperSetup::Fault> PaperSetup::txtPageSize_Validate() {
     }
     paperWidth = int(std::lround(width * 1440));
     paperHeight = int(std::lround(height * 1440));
+    m_sizeEdited = false;
     populateValues();
     return std::nullopt;
 }
 
+void PaperSetup::boxEdited(bool marginBox) {
+    (marginBox ? m_marginsEdited : m_sizeEdited) = true;
+}
+
 std::optional<PaperSetup::Fault> PaperSetup::ok() {
-    if (auto fault = txtMargins_Validate()) {
-        return fault;
+    if (m_marginsEdited) {
+        if (auto fault = txtMargins_Validate()) {
+            return fault;
+        }
     }
-    if (auto fault = txtPageSize_Validate()) {
-        fault->box += 4;
-        return fault;
+    if (m_sizeEdited) {
+        if (auto fault = txtPageSize_Validate()) {
+            fault->box += 4;
+            return fault;
+        }
     }
     ClickedOK = true;
     return std::nullopt;

@@ -78,7 +78,11 @@ public:
     // Checks width, then height (0 to 99 inches); when both pass, the paper
     // takes them and the boxes and drawing are filled again.
     std::optional<Fault> txtPageSize_Validate();
-    // Accepts the dialog: the boxes are validated first, margins then size.
+    // The user typed into a margin box or a page size box: that group is
+    // checked again when the dialog is accepted.
+    void boxEdited(bool marginBox);
+    // Accepts the dialog: edited margin boxes are validated first, then
+    // edited page size boxes (their fault's box is 4 + the size box).
     std::optional<Fault> ok();
 
     // The value a box's text stands for, read as far as it is a number
@@ -93,5 +97,7 @@ private:
     void drawPage();
 
     QSize m_picture{2400, 2400};
+    bool m_marginsEdited = false;
+    bool m_sizeEdited = false;
     bool m_populating = false;
 };
