@@ -8,6 +8,7 @@
 #include "platform/errorClass.h"
 #include "ui/CommandActions.h"
 #include "ui/PageView.h"
+#include "ui/PrintCommands.h"
 #include "ui/frmDocument.h"
 
 #include <QAction>
@@ -59,6 +60,7 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent), m_area(new QMdiArea(thi
     buildFontBar();
     buildStatusBar();
     registerRoutes();
+    installPrintCommands(*this);
     connect(m_commands, &CommandActions::commandTriggered, this, &frmMain::runCommand);
     connect(m_area, &QMdiArea::subWindowActivated, this, &frmMain::onDocumentActivated);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
