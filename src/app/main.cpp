@@ -8,7 +8,7 @@
 #include <memory>
 
 int runWindowedProgram(int argc, char** argv, const QStringList& args);
-// The desktop's printers for the print command; the window installs them too.
+// The desktop's printers for the headless print command.
 void installDesktopPrinters();
 
 namespace {
