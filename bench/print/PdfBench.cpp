@@ -43,9 +43,10 @@ QByteArray generatedLetters() {
 
 // A letter of two sheets.
 QString twoPageLetter(int client) {
-    QString rtf = QStringLiteral("{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0 Liberation Serif;}}\\f0\\fs24 "
-                                 "Dear client %1,\\par\\par ")
-                      .arg(client);
+    QString rtf =
+        QStringLiteral("{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0 Liberation Serif;}}\\f0\\fs24 "
+                       "Dear client %1,\\par\\par ")
+            .arg(client);
     for (int p = 0; p < 9; ++p) {
         rtf += QStringLiteral("We have reviewed the accounts of your company for the year and "
                               "enclose the draft return, due on the last day of the quarter; "

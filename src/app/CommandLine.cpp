@@ -18,7 +18,7 @@ const std::vector<CommandEntry>& headlessCommands() {
         {"merge",
          "merge TEMPLATE --database DB --out ROOT [--type N] [--ids LIST | --all | --tasks "
          "CRITERIA | --appointments CRITERIA] [--today YYYY-MM-DD] [--province N] [--report] "
-         "(exit status 3: some letters not filed)",
+         "[--pdf] (exit status 3: some letters not filed; --pdf: a PDF beside each)",
          runMergeCommand},
         {"text", "text FILE", runTextCommand},
         {"pages", "pages DOC", runPagesCommand},
