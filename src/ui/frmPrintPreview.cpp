@@ -106,6 +106,8 @@ frmPrintPreview::frmPrintPreview(std::unique_ptr<SheetSource> source, const QStr
     scroll->setBackgroundRole(QPalette::Dark);
     m_canvas = new PreviewCanvas(*m_source, m_navigator, scroll);
     scroll->setWidget(m_canvas);
+    m_viewport = scroll->viewport();
+    m_viewport->installEventFilter(this);
 
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(bar);
@@ -174,8 +176,7 @@ void frmPrintPreview::applyZoom() {
     const auto zoom = choice == -1   ? PreviewNavigator::Zoom::WholePage
                       : choice == -2 ? PreviewNavigator::Zoom::PageWidth
                                      : PreviewNavigator::Zoom::Percent;
-    auto* scroll = qobject_cast<QScrollArea*>(m_canvas->parentWidget()->parentWidget());
-    QSize view = scroll ? scroll->viewport()->size() : size();
+    QSize view = m_viewport->size();
     view -= QSize(2 * kBorder, 2 * kBorder);
     const double dpi = screen() ? screen()->logicalDotsPerInch() : 96.0;
     m_canvas->setScale(
@@ -206,10 +207,11 @@ void frmPrintPreview::keyPressEvent(QKeyEvent* event) {
     }
 }
 
-void frmPrintPreview::resizeEvent(QResizeEvent* event) {
-    QDialog::resizeEvent(event);
-    // The fitted zooms follow the window's size.
-    if (m_zoom->currentData().toInt() < 0) {
+bool frmPrintPreview::eventFilter(QObject* watched, QEvent* event) {
+    // The fitted zooms follow the size of the view.
+    if (watched == m_viewport && event->type() == QEvent::Resize &&
+        m_zoom->currentData().toInt() < 0) {
         applyZoom();
     }
+    return QDialog::eventFilter(watched, event);
 }

@@ -29,7 +29,7 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void showSheet();
@@ -38,6 +38,7 @@ private:
     std::unique_ptr<SheetSource> m_source;
     PreviewNavigator m_navigator;
     PreviewCanvas* m_canvas = nullptr;
+    QWidget* m_viewport = nullptr;
     QPushButton* m_first = nullptr;
     QPushButton* m_previous = nullptr;
     QPushButton* m_next = nullptr;
