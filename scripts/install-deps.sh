@@ -12,6 +12,7 @@ packages=(
   xvfb xauth
   dbus-daemon
   fonts-liberation2 fonts-dejavu-core
+  poppler-utils
 )
 
 missing=()

@@ -18,10 +18,12 @@ const std::vector<CommandEntry>& headlessCommands() {
         {"merge",
          "merge TEMPLATE --database DB --out ROOT [--type N] [--ids LIST | --all | --tasks "
          "CRITERIA | --appointments CRITERIA] [--today YYYY-MM-DD] [--province N] [--report] "
-         "(exit status 3: some letters not filed)",
+         "[--pdf] (exit status 3: some letters not filed; --pdf: a PDF beside each)",
          runMergeCommand},
         {"text", "text FILE", runTextCommand},
         {"pages", "pages DOC", runPagesCommand},
+        {"pdf", "pdf DOC OUT.pdf [--pages RANGE]", runPdfCommand},
+        {"print", "print DOC [--printer NAME] [--pages RANGE] [--copies N]", runPrintCommand},
         {"convert", "convert IN OUT", runConvertCommand},
         {"spell", "spell FILE [--tolerance N] [--folder DIR]", runSpellCommand},
         {"sample-db", "sample-db PATH [--clients N] [--seed S] [--date YYYY-MM-DD]",

@@ -13,3 +13,5 @@ int runCheckCommand(const QStringList& args, CommandIO& io);
 int runMergeCommand(const QStringList& args, CommandIO& io);
 int runTreeCommand(const QStringList& args, CommandIO& io);
 int runPagesCommand(const QStringList& args, CommandIO& io);
+int runPdfCommand(const QStringList& args, CommandIO& io);
+int runPrintCommand(const QStringList& args, CommandIO& io);

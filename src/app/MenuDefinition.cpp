@@ -49,6 +49,8 @@ constexpr Row kRows[] = {
     {"mnuFilePrintSetup", "Print Se&tup...", "mnuFilePrintConfig", I, "", false},
     {"mnuFilePageSetup", "Page Set&up...", "mnuFilePrintConfig", I, "", false},
     {"mnuFilePrint", "&Print", "mnuFile", I, "Ctrl+P", false},
+    {"mnuFilePrintPreview", "Print Previe&w", "mnuFile", I, "", false},
+    {"mnuFileExportPDF", "Export as PD&F...", "mnuFile", I, "", false},
     {"mnuFileRecent", "Recent F&iles", "mnuFile", M, "", false},
     {"mnuFileMRUTemp", "--Recent Files--", "mnuFileRecent", I, "", false},
     {"mnuFileExit", "E&xit", "mnuFile", I, "", false},

@@ -4,6 +4,7 @@
 #include "merge/MergeRun.h"
 #include "merge/MergeTemplate.h"
 #include "platform/ProgressReporter.h"
+#include "print/PdfExport.h"
 
 #include <QDate>
 
@@ -23,7 +24,7 @@ int parseID(const QString& text) {
 
 // quillmere-pad merge TEMPLATE --database DB --out ROOT [--type N]
 //     [--ids LIST | --all | --tasks CRITERIA | --appointments CRITERIA]
-//     [--today YYYY-MM-DD] [--province N] [--report]
+//     [--today YYYY-MM-DD] [--province N] [--report] [--pdf]
 // Exits 3 when some letters could not be merged or filed.
 // CRITERIA sets fields of the task or appointment search by name:
 // "taskName=GST;searchByTaskName=1;dateMatch=4".
@@ -42,7 +43,7 @@ int runMergeCommand(const QStringList& args, CommandIO& io) {
     if (positional.size() != 1 || !database || !root || sources != 1) {
         io.err << "Usage: quillmere-pad merge TEMPLATE --database DB --out ROOT [--type N] "
                   "[--ids LIST | --all | --tasks CRITERIA | --appointments CRITERIA] "
-                  "[--today YYYY-MM-DD] [--province N] [--report]\n";
+                  "[--today YYYY-MM-DD] [--province N] [--report] [--pdf]\n";
         return 2;
     }
     MergeSession session([&io](const QString& text) { io.err << text << '\n'; });
@@ -134,14 +135,30 @@ int runMergeCommand(const QStringList& args, CommandIO& io) {
         // Each letter is listed as soon as it is filed, so that the list of
         // a run killed half-way names every letter that exists.
         const bool report = hasFlag(args, QStringLiteral("--report"));
+        const bool pdf = hasFlag(args, QStringLiteral("--pdf"));
+        int pdfFailures = 0;
+        const DocumentModel& geometry = run.result().model;
         const int failures =
-            run.file(session.fields(), db, progress, [&io, report](const MergedRecord& record) {
+            run.file(session.fields(), db, progress, [&](const MergedRecord& record) {
                 if (!record.failure.isEmpty()) {
                     io.err << record.name << "\tnot filed:\t" << record.failure << '\n';
                     io.err.flush();
                     return;
                 }
                 io.out << record.name << '\t' << record.savedPath << '\n';
+                if (pdf) {
+                    // The letter as PDF beside the filed letter, whole or not at all.
+                    NullProgress quiet;
+                    const PrintOutcome written =
+                        writeLettersPdf({{record.name, record.rtf}}, geometry,
+                                        pdfPathBeside(record.savedPath), record.name, quiet);
+                    if (written.ok()) {
+                        io.out << '\t' << "pdf:\t" << pdfPathBeside(record.savedPath) << '\n';
+                    } else {
+                        ++pdfFailures;
+                        io.err << record.name << "\tno pdf:\t" << written.error << '\n';
+                    }
+                }
                 if (report && !record.emptyPlaceholders.isEmpty()) {
                     io.out << "\tempty:\t" << record.emptyPlaceholders.join(QStringLiteral(", "))
                            << '\n';
@@ -159,7 +176,7 @@ int runMergeCommand(const QStringList& args, CommandIO& io) {
                 }
                 io.out.flush();
             });
-        if (failures > 0) {
+        if (failures > 0 || pdfFailures > 0) {
             return kSomeLettersNotFiled;
         }
     } catch (const QmError& fault) {

@@ -1,9 +1,8 @@
 #include "app/Commands.h"
 #include "context/AppContext.h"
-#include "documents/DocumentModel.h"
 #include "documents/PageLayout.h"
 #include "platform/errorClass.h"
-#include "platform/richtext/RichTextBox.h"
+#include "print/PdfExport.h"
 
 // quillmere-pad pages DOC: the sheets of a document as the document window
 // lays them out, one line per sheet with the start of its text, then the
@@ -17,10 +16,10 @@ int runPagesCommand(const QStringList& args, CommandIO& io) {
     }
     ProcedureScope scope(app().errors, QStringLiteral("QuillmerePad.exe-cmdPages-runPagesCommand"));
     try {
-        DocumentModel model;
-        RichTextBox box;
-        PageLayout layout(box, model);
-        layout.loadFile(files.first());
+        // The page setup of the file's trailer, as the window and PDF use it.
+        const auto document = PaginatedDocument::open(
+            files.first(), [&io](const QString& warning) { io.err << warning << '\n'; });
+        const PageLayout& layout = document->layout;
         const int pages = layout.totalPages();
         for (int page = 1; page <= pages; ++page) {
             QString head = layout.sheetText(page).left(60);

@@ -8,6 +8,8 @@
 #include <memory>
 
 int runWindowedProgram(int argc, char** argv, const QStringList& args);
+// The desktop's printers for the headless print command.
+void installDesktopPrinters();
 
 namespace {
 
@@ -58,6 +60,7 @@ int main(int argc, char** argv) {
         }
         g_previousHandler = qInstallMessageHandler(dropRuntimeFolderWarning);
         QGuiApplication application(argc, argv);
+        installDesktopPrinters();
         QTextStream out(stdout);
         QTextStream err(stderr);
         CommandIO io{out, err};

@@ -32,6 +32,8 @@ const QStringList& availabilityGroup() {
             QStringLiteral("mnuFileSaveSelectionAs"),
             QStringLiteral("mnuFileRevert"),
             QStringLiteral("mnuFilePrint"),
+            QStringLiteral("mnuFilePrintPreview"),
+            QStringLiteral("mnuFileExportPDF"),
             QStringLiteral("mnuEditUndo"),
             QStringLiteral("mnuEditRedo"),
             QStringLiteral("mnuEditCut"),

@@ -414,7 +414,31 @@ void PageLayout::paintSheetText(QPainter& painter, int page, int caret,
     const QRectF clip(0, offset, width, height);
     painter.setClipRect(clip, Qt::IntersectClip);
     QAbstractTextDocumentLayout::PaintContext context;
-    context.clip = clip;
+    // Lines drawn outside the painter's clip are unseen on screen, but a PDF
+    // carries their text: a sheet must draw its own lines only. Qt draws
+    // every line that touches the clip, and the next sheet's first line
+    // starts exactly at this one's edge, so the clip stays half a unit inside.
+    context.clip = clip.adjusted(0, 0.5, 0, -0.5);
+    // Qt also draws the last line above the clip of a paragraph that runs
+    // over from the sheet before. That paragraph's lines on this sheet are
+    // drawn one by one, and the layout draws from the next paragraph on.
+    QTextDocument* doc = document();
+    const int first = m_display == PageDisplay && page > 1 ? firstPositionOfSheet(page) : 0;
+    const QTextBlock carried = doc->findBlock(first);
+    if (first > 0 && carried.isValid() && carried.position() < first && carried.layout()) {
+        const QTextLayout* lines = carried.layout();
+        const QRectF rect = doc->documentLayout()->blockBoundingRect(carried);
+        const QPointF origin = lines->position();
+        painter.setPen(Qt::black);
+        for (int i = 0; i < lines->lineCount(); ++i) {
+            const QTextLine line = lines->lineAt(i);
+            const double top = origin.y() + line.y();
+            if (top + 0.5 >= offset && top < offset + height) {
+                line.draw(&painter, origin);
+            }
+        }
+        context.clip.setTop(std::max(context.clip.top(), rect.bottom() + 0.5));
+    }
     context.cursorPosition = caret;
     context.palette.setColor(QPalette::Text, Qt::black);
     for (const Highlight& h : selections) {

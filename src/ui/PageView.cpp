@@ -2,6 +2,7 @@
 
 #include "documents/PageLayout.h"
 #include "platform/richtext/RichTextBox.h"
+#include "print/SheetPainter.h"
 #include "ui/PageViewAccessible.h"
 
 #include <QAbstractTextDocumentLayout>
@@ -141,16 +142,16 @@ void PageView::paintEvent(QPaintEvent* event) {
     const int first = std::max(1, m_layout.sheetAtY(top, pages) - 1);
     const int last = std::min(pages, m_layout.sheetAtY(bottom, pages) + 1);
     const QTextCursor cursor = m_box.textCursor();
-    std::vector<PageLayout::Highlight> selections = m_extraHighlights;
+    SheetDecoration decoration;
+    decoration.shadow = kShadow;
+    // Spelling marks and the like go under the selection.
+    decoration.selections = m_extraHighlights;
     if (cursor.hasSelection()) {
-        selections.push_back({cursor.selectionStart(), cursor.selectionEnd()});
+        decoration.selections.push_back({cursor.selectionStart(), cursor.selectionEnd()});
     }
-    const int caret = (hasFocus() && m_caretOn && !cursor.hasSelection()) ? cursor.position() : -1;
+    decoration.caret = (hasFocus() && m_caretOn && !cursor.hasSelection()) ? cursor.position() : -1;
     for (int page = first; page <= last; ++page) {
-        painter.fillRect(m_layout.shadowRect(page), kShadow);
-        const QRect sheet = m_layout.sheetRect(page);
-        painter.fillRect(sheet, Qt::white);
-        m_layout.paintSheetText(painter, page, caret, selections);
+        paintSheetInColumn(painter, m_layout, page, decoration);
     }
 }
 

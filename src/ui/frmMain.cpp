@@ -20,6 +20,7 @@
 #include "ui/PageView.h"
 #include "ui/RecentFilesMenu.h"
 #include "ui/RecipientCommands.h"
+#include "ui/PrintCommands.h"
 #include "ui/frmDocument.h"
 
 #include <QAction>
@@ -83,6 +84,7 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent), m_area(new QMdiArea(thi
     installLiveSpelling(*this);
     installMergeCommands(*this);
     installRecipientCommands(*this);
+    installPrintCommands(*this);
     connect(m_commands, &CommandActions::commandTriggered, this, &frmMain::runCommand);
     connect(m_area, &QMdiArea::subWindowActivated, this, &frmMain::onDocumentActivated);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,

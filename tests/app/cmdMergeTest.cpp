@@ -131,6 +131,20 @@ TEST_F(MergeCommandsTest, MergeFilesEachRecipientAndPrintsWhereTo) {
     EXPECT_TRUE(all.out.startsWith("Jo Smith\t"));
 }
 
+TEST_F(MergeCommandsTest, PdfPutsALetterAsPdfBesideEachFiledLetter) {
+    const QString root = env.root() + "/vault";
+    const CommandRun r =
+        run(runMergeCommand, {letter, "--database", database, "--out", root, "--ids", "10:100",
+                              "--today", "2024-03-05", "--pdf"});
+    ASSERT_EQ(r.status, 0) << r.err.toStdString();
+    const QString pdf = root + "/Acme Widgets/Mar 5 2024 - Year End Letter.pdf";
+    EXPECT_TRUE(r.out.endsWith("\tpdf:\t" + pdf + "\n")) << r.out.toStdString();
+    const std::optional<QByteArray> bytes = fileControl::readWholeFile(pdf);
+    ASSERT_TRUE(bytes);
+    EXPECT_TRUE(bytes->startsWith("%PDF-"));
+    EXPECT_TRUE(bytes->trimmed().endsWith("%%EOF")) << "a whole PDF";
+}
+
 TEST_F(MergeCommandsTest, MergeRefusesBadUsage) {
     const QString root = env.root() + "/vault";
     const QList<QStringList> bad = {
