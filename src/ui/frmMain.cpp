@@ -6,6 +6,7 @@
 #include "files/clsINI.h"
 #include "platform/MsgboxClass.h"
 #include "platform/errorClass.h"
+#include "ui/AccessoryCommands.h"
 #include "ui/CommandActions.h"
 #include "ui/PageView.h"
 #include "ui/frmDocument.h"
@@ -59,6 +60,7 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent), m_area(new QMdiArea(thi
     buildFontBar();
     buildStatusBar();
     registerRoutes();
+    installAccessoryCommands(*this);
     connect(m_commands, &CommandActions::commandTriggered, this, &frmMain::runCommand);
     connect(m_area, &QMdiArea::subWindowActivated, this, &frmMain::onDocumentActivated);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
