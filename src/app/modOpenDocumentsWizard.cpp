@@ -98,6 +98,5 @@ QString checkDocumentToOpen(const QString& path) {
 }
 
 QString openWizardFileFilter() {
-    return QStringLiteral(
-        "Rich Text Files (*.rtf);;Text Files (*.txt);;All Files (*)");
+    return QStringLiteral("Rich Text Files (*.rtf);;Text Files (*.txt);;All Files (*)");
 }

@@ -113,11 +113,10 @@ std::vector<DocumentPropertyRow> documentPropertyRows(const DocumentModel& model
         return DocumentPropertyRow{QLatin1String(name), QLatin1String(caption), value};
     };
     return {
-        row("lblFile", "File:",
-            fileName.isEmpty() ? QStringLiteral("(not saved yet)") : fileName),
+        row("lblFile", "File:", fileName.isEmpty() ? QStringLiteral("(not saved yet)") : fileName),
         row("lblDocumentType", "Document type:", documentTypeName(model.documentType)),
-        row("lblInformationType", "Information type:",
-            informationTypeName(model.documentType, model.InformationType)),
+        row("lblInformationType",
+            "Information type:", informationTypeName(model.documentType, model.InformationType)),
         row("lblSavedAs", "Saved as:",
             model.fileSaveType == DocumentModel::PlainText ? QStringLiteral("Plain text")
                                                            : QStringLiteral("Rich text")),

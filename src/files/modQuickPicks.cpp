@@ -13,9 +13,8 @@ bool isQuickPickFile(const QString& fileName) {
         return false;
     }
     static const QStringList kinds = {
-        QStringLiteral("qmw"), QStringLiteral("qmb"), QStringLiteral("qme"),
-        QStringLiteral("qmt"), QStringLiteral("qma"), QStringLiteral("rtf"),
-        QStringLiteral("txt"),
+        QStringLiteral("qmw"), QStringLiteral("qmb"), QStringLiteral("qme"), QStringLiteral("qmt"),
+        QStringLiteral("qma"), QStringLiteral("rtf"), QStringLiteral("txt"),
     };
     return kinds.contains(fileControl::Extension(fileName).toLower());
 }

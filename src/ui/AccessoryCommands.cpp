@@ -60,6 +60,14 @@ AccessoryCommands::AccessoryCommands(frmMain& window)
     registerRoutes();
 }
 
+frmFScreen* AccessoryCommands::fullScreen() const {
+    return m_fullScreen.data();
+}
+
+frmHelp* AccessoryCommands::help() const {
+    return m_help.data();
+}
+
 void AccessoryCommands::registerRoutes() {
     m_window.addRoute(QStringLiteral("mnuFileOpenWord"), [this] { openDocumentsWizard(); });
     m_window.addRoute(QStringLiteral("mnuFileOpenOther"), [this] { openDocumentsWizard(); });
@@ -105,8 +113,8 @@ void AccessoryCommands::applyQuickPicksSetting() {
     if (!setting || !ini) {
         return;
     }
-    const bool shown =
-        clsINI::isTrueValue(ini->getKeyString(setting->section, setting->key, setting->defaultValue));
+    const bool shown = clsINI::isTrueValue(
+        ini->getKeyString(setting->section, setting->key, setting->defaultValue));
     m_window.commands()->action(kShowQuickPicks)->setChecked(shown);
     m_quickPicks->setVisible(shown);
 }

@@ -18,8 +18,9 @@ public:
     explicit AccessoryCommands(frmMain& window);
 
     QuickPicksBar* quickPicks() const { return m_quickPicks; }
-    frmFScreen* fullScreen() const { return m_fullScreen; }
-    frmHelp* help() const { return m_help; }
+    // The full-screen view and the guide's window while they are open.
+    frmFScreen* fullScreen() const;
+    frmHelp* help() const;
 
     // File1_DblClick: brings the window of `path` to the front if the file
     // is open, otherwise opens it.

@@ -61,7 +61,9 @@ QuickPicksBar::QuickPicksBar(QWidget* parent)
     column->addWidget(frame);
     setWidget(body);
 
-    connect(m_list, &QListWidget::itemActivated, this,
+    // Double click and Enter only: a platform that activates items on a
+    // single click would open a document at every selection.
+    connect(m_list, &QListWidget::itemDoubleClicked, this,
             [this](QListWidgetItem* item) { openEntry(item->text()); });
     connect(m_folderButton, &QToolButton::clicked, this, [this] {
         if (app().isCreatingDocument || !m_folderAction) {
@@ -70,8 +72,7 @@ QuickPicksBar::QuickPicksBar(QWidget* parent)
         m_folderAction();
     });
     // A change inside the folder, or the folder going away.
-    connect(m_watcher, &QFileSystemWatcher::directoryChanged, this,
-            [this] { refreshFileList(); });
+    connect(m_watcher, &QFileSystemWatcher::directoryChanged, this, [this] { refreshFileList(); });
 }
 
 void QuickPicksBar::refreshFileList(const QString& path) {
@@ -111,6 +112,14 @@ void QuickPicksBar::openEntry(const QString& fileName) {
 }
 
 bool QuickPicksBar::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_list && event->type() == QEvent::KeyPress) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        QListWidgetItem* item = m_list->currentItem();
+        if ((key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) && item) {
+            openEntry(item->text());
+            return true;
+        }
+    }
     if (watched == m_list && event->type() == QEvent::KeyRelease) {
         const auto* key = static_cast<QKeyEvent*>(event);
         QListWidgetItem* item = m_list->currentItem();

@@ -3,7 +3,7 @@
 #include "ui/PageView.h"
 #include "ui/frmDocument.h"
 
-#include <QShortcut>
+#include <QKeyEvent>
 #include <QVBoxLayout>
 
 frmFScreen::frmFScreen(frmDocument& document)
@@ -18,10 +18,8 @@ frmFScreen::frmFScreen(frmDocument& document)
     column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(m_view);
     setFocusProxy(m_view);
-    for (const QKeySequence& key : {QKeySequence(Qt::Key_Escape), QKeySequence(Qt::Key_F11)}) {
-        auto* shortcut = new QShortcut(key, this);
-        connect(shortcut, &QShortcut::activated, this, &QWidget::close);
-    }
+    // Caught before the view, which would take Escape as an edit key.
+    m_view->installEventFilter(this);
     // The view paints the document's layout: it must never outlive it. The
     // document's own view goes first in its destructor, so this one is
     // dropped at the same moment, before the layout is gone.
@@ -38,4 +36,25 @@ frmFScreen::~frmFScreen() {
         m_document->activateWindow();
         m_document->pageView()->setFocus();
     }
+}
+
+bool frmFScreen::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_view && event->type() == QEvent::KeyPress && isLeaveKey(event)) {
+        close();
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void frmFScreen::keyPressEvent(QKeyEvent* event) {
+    if (isLeaveKey(event)) {
+        close();
+        return;
+    }
+    QWidget::keyPressEvent(event);
+}
+
+bool frmFScreen::isLeaveKey(QEvent* event) {
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    return key == Qt::Key_Escape || key == Qt::Key_F11;
 }

@@ -18,7 +18,13 @@ public:
     frmDocument* document() const { return m_document; }
     PageView* view() const { return m_view; }
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
 private:
+    static bool isLeaveKey(QEvent* event);
+
     QPointer<frmDocument> m_document;
     PageView* m_view;
 };

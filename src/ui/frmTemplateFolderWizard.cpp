@@ -201,8 +201,8 @@ void frmTemplateFolderWizard::cmdSpecifyFolder_Click() {
                         : QString();
     const QString start = templateFolderDialogStart(stored, folders->getDefaultTemplatesFolder(),
                                                     folders->getTemplatesFolder());
-    const auto chosen = ctx.fileDialogs->existingFolder(QStringLiteral("Select Templates Folder"),
-                                                        start);
+    const auto chosen =
+        ctx.fileDialogs->existingFolder(QStringLiteral("Select Templates Folder"), start);
     if (!chosen || !fileControl::FolderExists(*chosen)) {
         return;
     }

@@ -18,8 +18,7 @@ QStringList frmTip::shippedTips() {
     return TipOfTheDay::parseTips(QString::fromUtf8(file.readAll()));
 }
 
-frmTip::frmTip(QWidget* parent)
-    : QDialog(parent), m_tips(shippedTips()), m_text(new QLabel(this)) {
+frmTip::frmTip(QWidget* parent) : QDialog(parent), m_tips(shippedTips()), m_text(new QLabel(this)) {
     setObjectName(QStringLiteral("frmTip"));
     setWindowTitle(QStringLiteral("Tip of the Day"));
     auto* column = new QVBoxLayout(this);
@@ -38,7 +37,8 @@ frmTip::frmTip(QWidget* parent)
     column->addWidget(m_text, 1);
 
     auto* buttons = new QDialogButtonBox(this);
-    QPushButton* next = buttons->addButton(QStringLiteral("&Next Tip"), QDialogButtonBox::ActionRole);
+    QPushButton* next =
+        buttons->addButton(QStringLiteral("&Next Tip"), QDialogButtonBox::ActionRole);
     next->setObjectName(QStringLiteral("cmdNextTip"));
     next->setEnabled(m_tips.count() > 1);
     QPushButton* ok = buttons->addButton(QDialogButtonBox::Ok);
@@ -50,10 +50,10 @@ frmTip::frmTip(QWidget* parent)
     setMinimumWidth(420);
 
     clsINI* ini = app().iniSettings;
-    const QString last = ini ? ini->getKeyString(QLatin1String(TipOfTheDay::SettingsSection),
-                                                 QLatin1String(TipOfTheDay::SettingsKey),
-                                                 QStringLiteral("-1"))
-                             : QString();
+    const QString last =
+        ini ? ini->getKeyString(QLatin1String(TipOfTheDay::SettingsSection),
+                                QLatin1String(TipOfTheDay::SettingsKey), QStringLiteral("-1"))
+            : QString();
     showTip(m_tips.firstIndex(last));
 }
 

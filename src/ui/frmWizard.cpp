@@ -44,7 +44,8 @@ frmWizard::frmWizard(QWidget* parent) : QDialog(parent), m_steps(new QStackedWid
         auto* frame = new QFrame(m_steps);
         frame->setObjectName(QStringLiteral("fraStep%1").arg(i));
         auto* column = new QVBoxLayout(frame);
-        auto* title = new QLabel(QStringLiteral("<b>%1</b>").arg(openWizardStepTitle(i).toHtmlEscaped()), frame);
+        auto* title = new QLabel(
+            QStringLiteral("<b>%1</b>").arg(openWizardStepTitle(i).toHtmlEscaped()), frame);
         column->addWidget(title);
         auto* text = new QLabel(openWizardStepText(i), frame);
         text->setObjectName(QStringLiteral("lblStepText%1").arg(i));

@@ -5,15 +5,14 @@
 namespace {
 
 TEST(TipOfTheDayTest, TipsAreParagraphsWithoutTheEditorsNotes) {
-    const QStringList tips = TipOfTheDay::parseTips(QStringLiteral(
-        "# notes for the editor\n"
-        "\n\n"
-        "First tip\n  continues here.\n"
-        "   \n"
-        "# between tips\n"
-        "Second tip.\r\n"
-        "\r\n"
-        "Third tip."));
+    const QStringList tips = TipOfTheDay::parseTips(QStringLiteral("# notes for the editor\n"
+                                                                   "\n\n"
+                                                                   "First tip\n  continues here.\n"
+                                                                   "   \n"
+                                                                   "# between tips\n"
+                                                                   "Second tip.\r\n"
+                                                                   "\r\n"
+                                                                   "Third tip."));
     EXPECT_EQ(tips, QStringList({"First tip continues here.", "Second tip.", "Third tip."}));
     EXPECT_TRUE(TipOfTheDay::parseTips(QStringLiteral("# only notes\n\n")).isEmpty());
 }

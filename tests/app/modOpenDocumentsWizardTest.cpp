@@ -56,7 +56,8 @@ TEST(modOpenDocumentsWizardTest, SaysWhyAChosenFileCannotBeOpened) {
     EXPECT_EQ(checkDocumentToOpen(QStringLiteral(" ")),
               QStringLiteral("Please choose the document to open."));
     EXPECT_EQ(checkDocumentToOpen(env.root() + QStringLiteral("/gone.rtf")),
-              QStringLiteral("The file ") + env.root() + QStringLiteral("/gone.rtf does not exist."));
+              QStringLiteral("The file ") + env.root() +
+                  QStringLiteral("/gone.rtf does not exist."));
     EXPECT_TRUE(checkDocumentToOpen(folder).contains(QStringLiteral("is a folder")));
     const QString binary = checkDocumentToOpen(docx);
     EXPECT_TRUE(binary.startsWith(QStringLiteral("The file letter.docx is not saved as rich text")))

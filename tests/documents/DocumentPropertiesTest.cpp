@@ -14,10 +14,15 @@ TEST(DocumentPropertiesTest, CountsWordsAsAReaderWould) {
              Case{"   \n\t ", 0},
              Case{"Dear client,", 2},
              Case{"one\ntwo\r\nthree\tfour", 4},
-             Case{"Fees - 2025 - are due", 4},       // a lone dash is no word
-             Case{"\xE2\x80\xA2 first item", 2},      // nor is a bullet
-             Case{"Dear \xC2\xAB" "Contact First Name\xC2\xBB,", 4},
-             Case{"\xC2\xAB" "Company Name\xC2\xBB\xC2\xAB" "City\xC2\xBB", 3},
+             Case{"Fees - 2025 - are due", 4},   // a lone dash is no word
+             Case{"\xE2\x80\xA2 first item", 2}, // nor is a bullet
+             Case{"Dear \xC2\xAB"
+                  "Contact First Name\xC2\xBB,",
+                  4},
+             Case{"\xC2\xAB"
+                  "Company Name\xC2\xBB\xC2\xAB"
+                  "City\xC2\xBB",
+                  3},
              Case{"year-end re-filing", 2},
          }) {
         EXPECT_EQ(countWords(QString::fromUtf8(c.text)), c.words) << c.text;
@@ -31,13 +36,27 @@ TEST(DocumentPropertiesTest, CountsOnlyWholePlaceholders) {
     };
     for (const Case& c : {
              Case{"no fields", 0},
-             Case{"\xC2\xAB" "Company Name\xC2\xBB", 1},
-             Case{"\xC2\xAB" "A\xC2\xBB and \xC2\xAB(Year End Date, mmmm d yyyy)\xC2\xBB", 2},
-             Case{"\xC2\xAB" "A\xC2\xBB\xC2\xAB" "B\xC2\xBB", 2},
-             Case{"\xC2\xAB" "unclosed", 0},
-             Case{"stray\xC2\xBB \xC2\xAB" "A\xC2\xBB", 1},
+             Case{"\xC2\xAB"
+                  "Company Name\xC2\xBB",
+                  1},
+             Case{"\xC2\xAB"
+                  "A\xC2\xBB and \xC2\xAB(Year End Date, mmmm d yyyy)\xC2\xBB",
+                  2},
+             Case{"\xC2\xAB"
+                  "A\xC2\xBB\xC2\xAB"
+                  "B\xC2\xBB",
+                  2},
+             Case{"\xC2\xAB"
+                  "unclosed",
+                  0},
+             Case{"stray\xC2\xBB \xC2\xAB"
+                  "A\xC2\xBB",
+                  1},
              Case{"\xC2\xAB\xC2\xBB and \xC2\xAB  \xC2\xBB", 0},
-             Case{"\xC2\xAB" "broken \xC2\xAB" "Company Name\xC2\xBB", 1},
+             Case{"\xC2\xAB"
+                  "broken \xC2\xAB"
+                  "Company Name\xC2\xBB",
+                  1},
          }) {
         EXPECT_EQ(countPlaceholders(QString::fromUtf8(c.text)), c.placeholders) << c.text;
     }
@@ -53,7 +72,9 @@ TEST(DocumentPropertiesTest, NamesTheKindsAndDescribesThePage) {
     model.putLeftMargin(720, false);
     model.putTopMargin(1080, false);
     const auto rows = documentPropertyRows(model, QString(),
-                                           QString::fromUtf8("Dear \xC2\xAB" "Client\xC2\xBB"), 3);
+                                           QString::fromUtf8("Dear \xC2\xAB"
+                                                             "Client\xC2\xBB"),
+                                           3);
     ASSERT_EQ(rows.size(), 8u);
     const auto value = [&](const char* name) {
         for (const auto& r : rows) {

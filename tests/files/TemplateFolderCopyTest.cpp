@@ -41,8 +41,7 @@ TEST(TemplateFolderCopyTest, CopiesTheTreeAndKeepsWhatTheNewFolderAlreadyHolds) 
     const auto result = TemplateFolderCopy::run(f.from, f.to, events);
 
     EXPECT_TRUE(result.problem.isEmpty()) << result.problem.toStdString();
-    EXPECT_EQ(result.copied,
-              QStringList({"Tax/Deep/Reminder.qma", "Tax/Year End.qmt", "list.db"}));
+    EXPECT_EQ(result.copied, QStringList({"Tax/Deep/Reminder.qma", "Tax/Year End.qmt", "list.db"}));
     EXPECT_EQ(result.skipped, QStringList{"Engagement Letter.qmb"});
     EXPECT_TRUE(result.failed.isEmpty());
     EXPECT_EQ(result.folders, 2);
@@ -127,9 +126,9 @@ TEST(TemplateFolderCopyTest, ProgressValuesAreKeptInsideTheBar) {
         int min, max, value, shown;
         const char* percent;
     };
-    for (const Case& c : {Case{0, 10, 5, 5, "50%"}, Case{0, 10, 12, 10, "100%"},
-                          Case{5, 10, 2, 5, "0%"}, Case{0, 3, 1, 1, "33%"},
-                          Case{0, 0, 0, 0, "0%"}, Case{-10, 10, 0, 0, "50%"}}) {
+    for (const Case& c :
+         {Case{0, 10, 5, 5, "50%"}, Case{0, 10, 12, 10, "100%"}, Case{5, 10, 2, 5, "0%"},
+          Case{0, 3, 1, 1, "33%"}, Case{0, 0, 0, 0, "0%"}, Case{-10, 10, 0, 0, "50%"}}) {
         EXPECT_EQ(clampProgress(c.min, c.max, c.value), c.shown) << c.value;
         EXPECT_EQ(progressPercentText(c.min, c.max, c.value), QLatin1String(c.percent))
             << c.min << ".." << c.max << " at " << c.value;

@@ -12,16 +12,15 @@ TEST(modQuickPicksTest, ListsDocumentsInReadingOrderAndLeavesTheRestOut) {
     TestEnvironment env;
     const QString folder = env.path(QStringLiteral("Template Documents"));
     for (const char* name :
-         {"Letter 10.qmb", "letter 2.qmb", "Letter 1.QMB", "Notes.txt", "Reminder.qma",
-          "Plain.rtf", "Year End.qmt", "Result.qmw", "Contact.qme", "list.db", ".hidden.rtf",
-          "~lock.qmb", "Draft.qmb.Xy12Zq", "Old.rti", "NoExtension"}) {
+         {"Letter 10.qmb", "letter 2.qmb", "Letter 1.QMB", "Notes.txt", "Reminder.qma", "Plain.rtf",
+          "Year End.qmt", "Result.qmw", "Contact.qme", "list.db", ".hidden.rtf", "~lock.qmb",
+          "Draft.qmb.Xy12Zq", "Old.rti", "NoExtension"}) {
         writeTestFile(folder + QLatin1Char('/') + QLatin1String(name), "x");
     }
     QDir().mkpath(folder + QStringLiteral("/Archive.qmb"));
-    EXPECT_EQ(quickPickFiles(folder),
-              QStringList({"Contact.qme", "Letter 1.QMB", "letter 2.qmb", "Letter 10.qmb",
-                           "Notes.txt", "Plain.rtf", "Reminder.qma", "Result.qmw",
-                           "Year End.qmt"}));
+    EXPECT_EQ(quickPickFiles(folder), QStringList({"Contact.qme", "Letter 1.QMB", "letter 2.qmb",
+                                                   "Letter 10.qmb", "Notes.txt", "Plain.rtf",
+                                                   "Reminder.qma", "Result.qmw", "Year End.qmt"}));
 }
 
 TEST(modQuickPicksTest, AMissingOrVanishedFolderGivesAnEmptyList) {
@@ -55,7 +54,8 @@ TEST(modQuickPicksTest, TheSameFileIsRecognisedByAnyOfItsNames) {
     writeTestFile(file, "x");
     const QString link = env.root() + QStringLiteral("/link.qmb");
     ASSERT_TRUE(QFile::link(file, link));
-    EXPECT_TRUE(isSameDocumentFile(file, env.root() + QStringLiteral("/Templates/../Templates/a.qmb")));
+    EXPECT_TRUE(
+        isSameDocumentFile(file, env.root() + QStringLiteral("/Templates/../Templates/a.qmb")));
     EXPECT_TRUE(isSameDocumentFile(file, link));
     EXPECT_FALSE(isSameDocumentFile(file, env.root() + QStringLiteral("/Templates/b.qmb")));
     EXPECT_FALSE(isSameDocumentFile(file, QString()));
