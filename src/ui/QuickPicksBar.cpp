@@ -24,12 +24,14 @@ QuickPicksBar::QuickPicksBar(QWidget* parent)
 
     auto* body = new QWidget(this);
     auto* column = new QVBoxLayout(body);
-    auto* title = new QLabel(QStringLiteral("Quick Picks"), body);
+    // The caption doubles as the panel's title bar, by which it is moved.
+    auto* title = new QLabel(QStringLiteral("Quick Picks"), this);
     title->setObjectName(QStringLiteral("lblQuickPicks"));
+    title->setMargin(4);
     QFont bold = title->font();
     bold.setBold(true);
     title->setFont(bold);
-    column->addWidget(title);
+    setTitleBarWidget(title);
 
     m_list->setParent(body);
     m_list->setObjectName(QStringLiteral("File1"));
