@@ -1,5 +1,6 @@
 #include "app/modMenuStatus.h"
 #include "context/AppContext.h"
+#include "files/clsINI.h"
 #include "files/clsWorkingFolderLocation.h"
 #include "platform/FileDialogs.h"
 #include "platform/MsgboxClass.h"
@@ -14,15 +15,19 @@
 #include "ui/frmHelp.h"
 #include "ui/frmMain.h"
 #include "ui/frmTemplateFolderWizard.h"
+#include "ui/frmTip.h"
+#include "ui/frmWizard.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QPushButton>
 #include <QTest>
 #include <QTextDocument>
 #include <gtest/gtest.h>
@@ -31,6 +36,19 @@ namespace {
 
 QString placeholder(const char* name) {
     return QChar(0x00AB) + QLatin1String(name) + QChar(0x00BB);
+}
+
+// Lets the event loop run until `done` holds, for at most five seconds.
+bool waitFor(const std::function<bool()>& done) {
+    QElapsedTimer clock;
+    clock.start();
+    while (!done()) {
+        if (clock.elapsed() > 5000) {
+            return false;
+        }
+        QTest::qWait(20);
+    }
+    return true;
 }
 
 struct Session {
@@ -96,10 +114,13 @@ TEST(AccessoryWindowsTest, QuickPicksOpensATemplateOnceAndThenBringsItBack) {
     ASSERT_NE(s.active(), nullptr);
     EXPECT_EQ(s.active()->DocumentFileName, letter);
 
-    // The folder goes away while the program runs: the list empties quietly.
+    // The list follows the folder by itself: a template saved there appears,
+    // and a folder that goes away empties the list quietly.
+    writeTestFile(folder + QStringLiteral("Annual Reminder.qma"), "{\\rtf1 x}");
+    EXPECT_TRUE(
+        waitFor([&] { return s.listed().contains(QStringLiteral("Annual Reminder.qma")); }));
     ASSERT_TRUE(QDir(folder).removeRecursively());
-    s.accessories->quickPicks()->refreshFileList();
-    EXPECT_TRUE(s.listed().isEmpty());
+    EXPECT_TRUE(waitFor([&] { return s.listed().isEmpty(); }));
     EXPECT_TRUE(s.messages.shown().empty());
 }
 
@@ -198,6 +219,68 @@ TEST(AccessoryWindowsTest, TheWizardStoresTheNewFolderAndCopiesWithoutOverwritin
     EXPECT_EQ(readTestFile(newFolder + QStringLiteral("Letter.qmb")), "already shared");
     EXPECT_EQ(wizard.findChild<QLabel*>(QStringLiteral("lblPcent"))->text(),
               QStringLiteral("100%"));
+}
+
+TEST(AccessoryWindowsTest, TheOpenWizardTurnsAwayAWordProcessorsOwnFormat) {
+    TestEnvironment env;
+    ScopedAppContext context;
+    ScriptedMsgbox messages;
+    ScriptedFileDialogs dialogs;
+    context->msgbox = &messages;
+    context->fileDialogs = &dialogs;
+    const QString docx = env.path(QStringLiteral("Letter.docx"));
+    writeTestFile(docx, QByteArray("PK\x03\x04zipped", 10));
+    const QString rtf = env.path(QStringLiteral("Letter.rtf"));
+    writeTestFile(rtf, "{\\rtf1\\ansi Dear client\\par}");
+
+    frmWizard wizard;
+    wizard.show();
+    const auto button = [&](int n) {
+        return wizard.findChild<QPushButton*>(QStringLiteral("cmdNav%1").arg(n));
+    };
+    EXPECT_FALSE(button(0)->isEnabled());
+    EXPECT_FALSE(button(2)->isEnabled());
+    while (button(1)->isEnabled()) {
+        button(1)->click();
+    }
+    ASSERT_TRUE(button(2)->isEnabled());
+
+    dialogs.queueAnswer(docx);
+    wizard.SetStep(2);
+    wizard.findChild<QPushButton*>(QStringLiteral("cmdBrowse"))->click();
+    wizard.SetStep(3);
+    button(2)->click();
+    ASSERT_EQ(messages.shown().size(), 1u);
+    EXPECT_TRUE(messages.shown()[0].text.contains(QStringLiteral("Rich Text Format")));
+    EXPECT_NE(wizard.result(), QDialog::Accepted);
+    EXPECT_EQ(wizard.currentStep(), 2) << "back to the step that chooses the file";
+
+    dialogs.queueAnswer(rtf);
+    wizard.findChild<QPushButton*>(QStringLiteral("cmdBrowse"))->click();
+    wizard.SetStep(3);
+    button(2)->click();
+    EXPECT_EQ(wizard.result(), QDialog::Accepted);
+    EXPECT_EQ(wizard.chosenFile(), rtf);
+}
+
+TEST(AccessoryWindowsTest, EachTipOfTheDayOpeningMovesOn) {
+    TestEnvironment env;
+    ScopedAppContext context;
+    clsINI settings;
+    settings.setINIFile(env.path(QStringLiteral("Qminiqmd.dni")));
+    context->iniSettings = &settings;
+    ASSERT_GE(frmTip::shippedTips().size(), 3);
+    int shown = 0;
+    {
+        frmTip tip;
+        EXPECT_EQ(tip.currentIndex(), 0);
+        EXPECT_EQ(tip.currentTip(), frmTip::shippedTips().front());
+        tip.findChild<QPushButton*>(QStringLiteral("cmdNextTip"))->click();
+        shown = tip.currentIndex();
+        EXPECT_EQ(shown, 1);
+    }
+    frmTip again;
+    EXPECT_EQ(again.currentIndex(), shown + 1);
 }
 
 TEST(AccessoryWindowsTest, AccessoryCommandsAreRoutedAndTheUnbuiltWizardsStayOff) {
