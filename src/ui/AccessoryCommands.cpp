@@ -142,7 +142,10 @@ void AccessoryCommands::openQuickPick(const QString& path) {
             return;
         }
     }
-    m_window.openDocumentFile(path);
+    if (!m_window.openDocumentFile(path)) {
+        // Most likely gone since the list was read: show what is there now.
+        m_quickPicks->refreshFileList();
+    }
 }
 
 void AccessoryCommands::openTemplateFolderWizard() {

@@ -78,9 +78,11 @@ QuickPicksBar::QuickPicksBar(QWidget* parent)
 }
 
 void QuickPicksBar::refreshFileList(const QString& path) {
-    if (app().isCreatingDocument) {
-        return;
-    }
+    // Runs under the guard, so no handler acts on the list while it is
+    // being rebuilt; the guard is handed back as it was.
+    bool& guard = app().isCreatingDocument;
+    const bool wasGuarded = guard;
+    guard = true;
     m_folder = nextQuickPickFolder(m_folder, path);
     const QString selected = m_list->currentItem() ? m_list->currentItem()->text() : QString();
     m_list->clear();
@@ -92,6 +94,7 @@ void QuickPicksBar::refreshFileList(const QString& path) {
     }
     m_list->setToolTip(m_folder);
     watch();
+    guard = wasGuarded;
 }
 
 void QuickPicksBar::watch() {

@@ -27,7 +27,7 @@ public:
     void setDeleter(std::function<void(const QString&)> remove) { m_delete = std::move(remove); }
 
     // Goes to `path` when it is not blank and exists, then re-reads the
-    // folder shown. Does nothing while a document is being created.
+    // folder shown.
     void refreshFileList(const QString& path = QString());
     QString folder() const { return m_folder; }
     QListWidget* fileList() const { return m_list; }

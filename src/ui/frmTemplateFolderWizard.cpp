@@ -54,9 +54,9 @@ frmTemplateFolderWizard::frmTemplateFolderWizard(QWidget* parent)
     column->addWidget(m_panels, 1);
     auto* buttons = new QHBoxLayout;
     buttons->addStretch(1);
-    QPushButton* close = namedButton("cmdClose", QStringLiteral("&Close"), this);
-    connect(close, &QPushButton::clicked, this, &QDialog::accept);
-    buttons->addWidget(close);
+    m_close = namedButton("cmdClose", QStringLiteral("&Close"), this);
+    connect(m_close, &QPushButton::clicked, this, &QDialog::accept);
+    buttons->addWidget(m_close);
     column->addLayout(buttons);
     resize(560, 360);
 
@@ -188,6 +188,14 @@ void frmTemplateFolderWizard::viewCopyReport() {
     m_panels->setCurrentWidget(m_reportPanel);
 }
 
+void frmTemplateFolderWizard::reject() {
+    if (m_copying) {
+        m_cancelRequested = true;
+        return;
+    }
+    QDialog::reject();
+}
+
 void frmTemplateFolderWizard::cmdSpecifyFolder_Click() {
     AppContext& ctx = app();
     clsWorkingFolderLocation* folders = ctx.workingFolders;
@@ -249,7 +257,11 @@ bool frmTemplateFolderWizard::copyTemplates(const QString& from, const QString& 
     events.cancelled = [this] { return m_cancelRequested; };
 
     QApplication::setOverrideCursor(Qt::WaitCursor);
+    m_copying = true;
+    m_close->setEnabled(false);
     const TemplateFolderCopy::Result result = TemplateFolderCopy::run(from, to, events);
+    m_copying = false;
+    m_close->setEnabled(true);
     QApplication::restoreOverrideCursor();
     m_cancel->setEnabled(false);
     m_status->setText(result.cancelled ? QStringLiteral("Stopped") : QStringLiteral("Done"));

@@ -35,6 +35,10 @@ public:
     QString reportText() const { return m_report; }
     QWidget* currentPanel() const;
 
+    // While a copy runs, closing the window stops the copy instead; the
+    // window stays until the copy has ended and its report is shown.
+    void reject() override;
+
 private:
     void getFileInfo();
     void resetProgressLabels();
@@ -58,5 +62,7 @@ private:
     QPushButton* m_cancel = nullptr;
     QTextEdit* m_reportView = nullptr;
     QString m_report;
+    QPushButton* m_close = nullptr;
     bool m_cancelRequested = false;
+    bool m_copying = false;
 };

@@ -22,6 +22,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -30,6 +31,7 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTextDocument>
+#include <QTimer>
 #include <gtest/gtest.h>
 
 namespace {
@@ -219,6 +221,27 @@ TEST(AccessoryWindowsTest, TheWizardStoresTheNewFolderAndCopiesWithoutOverwritin
     EXPECT_EQ(readTestFile(newFolder + QStringLiteral("Letter.qmb")), "already shared");
     EXPECT_EQ(wizard.findChild<QLabel*>(QStringLiteral("lblPcent"))->text(),
               QStringLiteral("100%"));
+}
+
+TEST(AccessoryWindowsTest, ClosingTheWizardDuringACopyStopsTheCopyAndKeepsTheReport) {
+    TestEnvironment env;
+    ScopedAppContext context;
+    const QString from = env.path(QStringLiteral("Old/"));
+    const QString to = env.root() + QStringLiteral("/New/");
+    for (const char* name : {"a.qmb", "b.qmb", "c.qmb"}) {
+        writeTestFile(from + QLatin1String(name), "x");
+    }
+    frmTemplateFolderWizard wizard;
+    wizard.show();
+    // Escape or the window's close button, pressed while the first file copies.
+    QTimer::singleShot(0, &wizard, &frmTemplateFolderWizard::reject);
+    EXPECT_FALSE(wizard.copyTemplates(from, to));
+    EXPECT_TRUE(wizard.isVisible());
+    EXPECT_EQ(wizard.currentPanel()->objectName(), QStringLiteral("picCopyReport"));
+    EXPECT_TRUE(wizard.reportText().contains(QStringLiteral("Stopped by the user.")));
+    EXPECT_FALSE(QFileInfo::exists(to + QStringLiteral("c.qmb")));
+    wizard.reject();
+    EXPECT_FALSE(wizard.isVisible()) << "with the copy over, closing closes";
 }
 
 TEST(AccessoryWindowsTest, TheOpenWizardTurnsAwayAWordProcessorsOwnFormat) {
