@@ -1,13 +1,13 @@
 #include "app/CommandLine.h"
 #include "context/AppContext.h"
+#include "platform/fileControl.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QGuiApplication>
 #include <cstdio>
 #include <memory>
 
-int runWindowedProgram(int argc, char** argv);
+int runWindowedProgram(int argc, char** argv, const QStringList& args);
 
 namespace {
 
@@ -37,7 +37,7 @@ int main(int argc, char** argv) {
     QStringList args;
     for (int i = 1; i < argc; ++i) {
         // File names are taken as the file system gives them, UTF-8 or not.
-        args << QFile::decodeName(argv[i]);
+        args << fileControl::pathFromNative(QByteArray(argv[i]));
     }
     if (args.size() == 1 && args.first() == QLatin1String("--version")) {
         std::fputs(qPrintable(getProgramVersion() + QLatin1Char('\n')), stdout);
@@ -63,5 +63,5 @@ int main(int argc, char** argv) {
         CommandIO io{out, err};
         return runHeadlessCommand(args, io);
     }
-    return runWindowedProgram(argc, argv);
+    return runWindowedProgram(argc, argv, args);
 }

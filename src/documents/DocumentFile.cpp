@@ -75,7 +75,7 @@ OpenedDocument DocumentFile::open(const QString& path, RichTextBox& box, const W
     QString reason;
     const auto bytes = fileControl::readWholeFile(path, &reason);
     if (!bytes) {
-        if (!QFileInfo::exists(path)) {
+        if (!fileControl::FileExists(path) && !fileControl::FolderExists(path)) {
             throw QmError(QmError::FileNotFound, QStringLiteral("File not found: ") + path);
         }
         throw QmError(QmError::PathFileAccessError, reason);

@@ -9,6 +9,8 @@
 #include "platform/text/VBFormat.h"
 #include "platform/text/stringControl.h"
 
+#include <algorithm>
+
 namespace {
 
 databaseControl* connectedDatabase() {
@@ -160,6 +162,24 @@ SourceTables tablesOf(Source source, int country) {
         break;
     }
     return {"DocketID", {"Dockets"}};
+}
+
+// How each table of the business row joins the others.
+QString businessJoinCondition(const QString& table) {
+    if (table == QLatin1String("ClientData")) {
+        return QStringLiteral("Companies.CompanyID = ClientData.CompanyIDNum");
+    }
+    if (table == QLatin1String("CompaniesNotes")) {
+        return QStringLiteral("Companies.CompanyID = CompaniesNotes.CompanyNum");
+    }
+    QString key = table;
+    if (key == QLatin1String("AccountingServices")) {
+        key = QStringLiteral("AccountingService");
+    } else if (key == QLatin1String("ClientOptions")) {
+        key = QStringLiteral("ClientOption");
+    }
+    return QStringLiteral("ClientData.ClientDataID = ") + table + QLatin1Char('.') + key +
+           QStringLiteral("ID");
 }
 
 const QStringList& notesColumns() {
@@ -349,6 +369,83 @@ const QStringList& MergeRecordReader::tableColumns(databaseControl& db, const QS
     return it->second;
 }
 
+bool MergeRecordReader::hasAllTables(Source source) {
+    databaseControl* db = connectedDatabase();
+    const SourceTables info = tablesOf(source, app().currentCountry);
+    return std::all_of(info.tables.begin(), info.tables.end(), [&](const char* table) {
+        return !tableColumns(*db, QString::fromLatin1(table)).isEmpty();
+    });
+}
+
+QString MergeRecordReader::businessFromExisting() {
+    // The usual inner joins over the tables the practice has: a satellite it
+    // lacks lends no columns instead of failing every client's read.
+    databaseControl* db = connectedDatabase();
+    const SourceTables info = tablesOf(Source::Business, app().currentCountry);
+    const auto exists = [&](const QString& table) { return !tableColumns(*db, table).isEmpty(); };
+    const bool clientData = exists(QStringLiteral("ClientData"));
+    // ClientData first: the other satellites join through it.
+    QString from = QStringLiteral("FROM Companies");
+    if (clientData) {
+        from += QStringLiteral(" INNER JOIN ClientData ON ") +
+                businessJoinCondition(QStringLiteral("ClientData"));
+    }
+    for (const char* name : info.tables) {
+        const QString table = QString::fromLatin1(name);
+        const bool throughClientData = table != QLatin1String("CompaniesNotes");
+        if (table == QLatin1String("Companies") || table == QLatin1String("ClientData") ||
+            !exists(table) || (throughClientData && !clientData)) {
+            continue;
+        }
+        from += QStringLiteral(" INNER JOIN ") + table + QStringLiteral(" ON ") +
+                businessJoinCondition(table);
+    }
+    return from + QStringLiteral(" WHERE Companies.CompanyID=");
+}
+
+QString MergeRecordReader::businessSqlFromExisting(int key, const QStringList* columns) {
+    databaseControl* db = connectedDatabase();
+    const SourceTables info = tablesOf(Source::Business, app().currentCountry);
+    QStringList select{QStringLiteral("Companies.CompanyID")};
+    if (!columns) {
+        select.clear();
+    }
+    for (const char* name : info.tables) {
+        const QString table = QString::fromLatin1(name);
+        const bool notes = table == QLatin1String("CompaniesNotes");
+        const QStringList& has = tableColumns(*db, table);
+        if (has.isEmpty()) {
+            continue;
+        }
+        if (!columns) {
+            if (notes) {
+                for (const QString& column : notesColumns()) {
+                    select << table + QLatin1Char('.') + column;
+                }
+            } else {
+                select << table + QStringLiteral(".*");
+            }
+        }
+    }
+    if (columns) {
+        for (const QString& column : *columns) {
+            for (const char* name : info.tables) {
+                const QString table = QString::fromLatin1(name);
+                const bool notes = table == QLatin1String("CompaniesNotes");
+                const QStringList& has = notes && !tableColumns(*db, table).isEmpty()
+                                             ? notesColumns()
+                                             : tableColumns(*db, table);
+                if (has.contains(column, Qt::CaseInsensitive)) {
+                    select << table + QLatin1Char('.') + column;
+                    break;
+                }
+            }
+        }
+    }
+    return QStringLiteral("SELECT ") + select.join(QStringLiteral(", ")) + QLatin1Char(' ') +
+           businessFromExisting() + QString::number(key) + QLatin1Char(';');
+}
+
 QString MergeRecordReader::sqlForColumns(Source source, int key, const QStringList& columns) {
     const SourceTables info = tablesOf(source, app().currentCountry);
     const QString first = QString::fromLatin1(info.tables.front());
@@ -463,8 +560,13 @@ bool MergeRecordReader::seek(Source source, int key, const ColumnChoice* columns
     if (st.singleID >= 0 && st.singleID != key) {
         return false;
     }
-    st.handle = db->openRecordset(narrowed ? sqlForColumns(source, key, chosen->second)
-                                           : sqlFor(source, key));
+    QString sql;
+    if (source == Source::Business && !hasAllTables(source)) {
+        sql = businessSqlFromExisting(key, narrowed ? &chosen->second : nullptr);
+    } else {
+        sql = narrowed ? sqlForColumns(source, key, chosen->second) : sqlFor(source, key);
+    }
+    st.handle = db->openRecordset(sql);
     st.found = db->hasRecords(st.handle);
     return st.found;
 }

@@ -115,6 +115,10 @@ private:
     QVariant column(Source source, const QString& name, const QString& field);
     QString sqlFor(Source source, int key) const;
     QString sqlForColumns(Source source, int key, const QStringList& columns);
+    // For a practice whose database lacks one of the business row's tables.
+    bool hasAllTables(Source source);
+    QString businessFromExisting();
+    QString businessSqlFromExisting(int key, const QStringList* columns);
     const QStringList& tableColumns(databaseControl& db, const QString& table);
     void refreshSingle(Source source, int id);
     QString finishValue(const QVariant& value, bool inRTF) const;

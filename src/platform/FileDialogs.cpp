@@ -5,9 +5,12 @@ std::optional<QString> ScriptedFileDialogs::answer(Request request) {
     if (m_answers.empty()) {
         return std::nullopt;
     }
-    std::optional<QString> next = std::move(m_answers.front());
+    // Taken apart rather than moved whole: the optimiser warns, wrongly,
+    // about a moved-from optional string.
+    const bool given = m_answers.front().has_value();
+    const QString path = given ? *m_answers.front() : QString();
     m_answers.pop_front();
-    return next;
+    return given ? std::optional<QString>(path) : std::nullopt;
 }
 
 std::optional<QString> ScriptedFileDialogs::openFileName(const QString& caption,

@@ -4,6 +4,7 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -12,40 +13,140 @@
 
 namespace {
 
+// The stray bytes of a name that is not UTF-8 live in this range.
+constexpr char16_t kStrayByteBase = 0xDC00;
+
+bool isStrayByte(char16_t unit) {
+    return unit >= kStrayByteBase + 0x80 && unit <= kStrayByteBase + 0xFF;
+}
+
+// The length of the well-formed UTF-8 sequence at `at`, or 0 when the byte
+// there does not start one (stray, truncated, overlong or a surrogate).
+int utf8SequenceLength(const QByteArray& bytes, qsizetype at) {
+    const auto byte = [&](qsizetype i) { return static_cast<unsigned char>(bytes[i]); };
+    const unsigned char lead = byte(at);
+    if (lead < 0x80) {
+        return 1;
+    }
+    int length = 0;
+    unsigned char low = 0x80;
+    unsigned char high = 0xBF;
+    if (lead >= 0xC2 && lead <= 0xDF) {
+        length = 2;
+    } else if (lead >= 0xE0 && lead <= 0xEF) {
+        length = 3;
+        low = lead == 0xE0 ? 0xA0 : 0x80;
+        high = lead == 0xED ? 0x9F : 0xBF;
+    } else if (lead >= 0xF0 && lead <= 0xF4) {
+        length = 4;
+        low = lead == 0xF0 ? 0x90 : 0x80;
+        high = lead == 0xF4 ? 0x8F : 0xBF;
+    } else {
+        return 0;
+    }
+    if (at + length > bytes.size()) {
+        return 0;
+    }
+    if (byte(at + 1) < low || byte(at + 1) > high) {
+        return 0;
+    }
+    for (int i = 2; i < length; ++i) {
+        if (byte(at + i) < 0x80 || byte(at + i) > 0xBF) {
+            return 0;
+        }
+    }
+    return length;
+}
+
+struct PathStatus {
+    bool exists = false;
+    bool isDir = false;
+    bool isFile = false;
+    qint64 size = 0;
+};
+
+PathStatus statusOf(const QString& path) {
+    PathStatus status;
+    struct stat info {};
+    if (path.isEmpty() || ::stat(fileControl::nativePath(path).constData(), &info) != 0) {
+        return status;
+    }
+    status.exists = true;
+    status.isDir = S_ISDIR(info.st_mode);
+    status.isFile = S_ISREG(info.st_mode);
+    status.size = info.st_size;
+    return status;
+}
+
 // Why a file would not open for reading, in words the user can act on.
-QString readFailureReason(const QString& path, const QFile& file) {
-    const QFileInfo info(path);
-    if (!info.exists()) {
+QString readFailureReason(const QString& path, int error) {
+    const PathStatus status = statusOf(path);
+    if (!status.exists) {
         return QStringLiteral("File not found: ") + path;
     }
-    if (info.isDir()) {
+    if (status.isDir || error == EISDIR) {
         return QStringLiteral("Not a file but a folder: ") + path;
     }
-    if (file.error() == QFileDevice::PermissionsError || !info.isReadable()) {
+    if (error == EACCES || error == EPERM) {
         return QStringLiteral("Permission denied: ") + path;
     }
-    return QStringLiteral("Cannot read ") + path + QStringLiteral(": ") + file.errorString();
+    return QStringLiteral("Cannot read ") + path + QStringLiteral(": ") +
+           QString::fromLocal8Bit(std::strerror(error));
 }
 
 } // namespace
 
-bool fileControl::FileExists(const QString& path) {
-    if (path.isEmpty()) {
-        return false;
+QString fileControl::pathFromNative(const QByteArray& bytes) {
+    QString path;
+    path.reserve(bytes.size());
+    qsizetype run = 0; // start of the well-formed stretch not yet appended
+    qsizetype at = 0;
+    while (at < bytes.size()) {
+        const int length = utf8SequenceLength(bytes, at);
+        if (length > 0) {
+            at += length;
+            continue;
+        }
+        path += QString::fromUtf8(bytes.constData() + run, at - run);
+        path += QChar(char16_t(kStrayByteBase + static_cast<unsigned char>(bytes[at])));
+        ++at;
+        run = at;
     }
-    const QFileInfo info(path);
-    return info.exists() && info.isFile();
+    path += QString::fromUtf8(bytes.constData() + run, at - run);
+    return path;
+}
+
+QByteArray fileControl::nativePath(const QString& path) {
+    const auto stray =
+        std::find_if(path.cbegin(), path.cend(), [](QChar c) { return isStrayByte(c.unicode()); });
+    if (stray == path.cend()) {
+        return QFile::encodeName(path);
+    }
+    QByteArray bytes;
+    qsizetype run = 0;
+    for (qsizetype i = 0; i < path.size(); ++i) {
+        const char16_t unit = path.at(i).unicode();
+        if (!isStrayByte(unit)) {
+            continue;
+        }
+        bytes += QStringView(path).mid(run, i - run).toUtf8();
+        bytes += char(unit - kStrayByteBase);
+        run = i + 1;
+    }
+    bytes += QStringView(path).mid(run).toUtf8();
+    return bytes;
+}
+
+bool fileControl::FileExists(const QString& path) {
+    return statusOf(path).isFile;
 }
 
 bool fileControl::FolderExists(const QString& path) {
-    if (path.isEmpty()) {
-        return false;
-    }
-    return QFileInfo(path).isDir();
+    return statusOf(path).isDir;
 }
 
 qint64 fileControl::FileSize(const QString& path) {
-    return QFileInfo(path).size();
+    return statusOf(path).size;
 }
 
 QString fileControl::FileName(const QString& path) {
@@ -95,7 +196,7 @@ bool fileControl::CopyFile(const QString& from, const QString& to, bool overwrit
     if (!FileExists(from)) {
         return false;
     }
-    if (!overwrite && QFileInfo::exists(to)) {
+    if (!overwrite && statusOf(to).exists) {
         return false;
     }
     const auto bytes = readWholeFile(from);
@@ -106,7 +207,7 @@ bool fileControl::CopyFile(const QString& from, const QString& to, bool overwrit
 }
 
 bool fileControl::DeleteFile(const QString& path) {
-    return QFile::remove(path);
+    return !path.isEmpty() && ::unlink(nativePath(path).constData()) == 0;
 }
 
 bool fileControl::CopyFolder(const QString& from, const QString& to, bool overwrite) {
@@ -144,7 +245,7 @@ bool fileControl::writeFileAtomically(const QString& path, const QByteArray& byt
     if (path.isEmpty()) {
         return fail(QStringLiteral("No file name"), ENOENT);
     }
-    const QByteArray target = QFile::encodeName(path);
+    const QByteArray target = nativePath(path);
     QByteArray temporary = target + ".XXXXXX";
     const int fd = ::mkstemp(temporary.data());
     if (fd < 0) {
@@ -198,7 +299,7 @@ bool fileControl::writeFileAtomically(const QString& path, const QByteArray& byt
     // The rename itself is durable only once the folder is synced; a failure
     // here leaves the new file in place, so it is not reported.
     const QByteArray folder =
-        QFile::encodeName(FolderName(path).isEmpty() ? QStringLiteral(".") : FolderName(path));
+        nativePath(FolderName(path).isEmpty() ? QStringLiteral(".") : FolderName(path));
     const int dir = ::open(folder.constData(), O_RDONLY | O_DIRECTORY);
     if (dir >= 0) {
         ::fsync(dir);
@@ -208,21 +309,43 @@ bool fileControl::writeFileAtomically(const QString& path, const QByteArray& byt
 }
 
 std::optional<QByteArray> fileControl::readWholeFile(const QString& path, QString* reason) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
+    const auto fail = [&](int error) -> std::optional<QByteArray> {
         if (reason) {
-            *reason = readFailureReason(path, file);
+            *reason = readFailureReason(path, error);
         }
         return std::nullopt;
+    };
+    const int fd = ::open(nativePath(path).constData(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) {
+        return fail(errno);
     }
-    QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError) {
-        if (reason) {
-            *reason =
-                QStringLiteral("Cannot read ") + path + QStringLiteral(": ") + file.errorString();
+    struct stat info {};
+    if (::fstat(fd, &info) != 0 || S_ISDIR(info.st_mode)) {
+        const int error = S_ISDIR(info.st_mode) ? EISDIR : errno;
+        ::close(fd);
+        return fail(error);
+    }
+    QByteArray bytes;
+    if (info.st_size > 0) {
+        bytes.reserve(qsizetype(info.st_size));
+    }
+    char chunk[65536];
+    for (;;) {
+        const ssize_t got = ::read(fd, chunk, sizeof chunk);
+        if (got < 0) {
+            if (errno == EINTR) {
+                continue;
+            }
+            const int error = errno;
+            ::close(fd);
+            return fail(error);
         }
-        return std::nullopt;
+        if (got == 0) {
+            break;
+        }
+        bytes.append(chunk, qsizetype(got));
     }
+    ::close(fd);
     return bytes;
 }
 

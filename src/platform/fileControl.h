@@ -8,6 +8,14 @@
 // in the names means the path separator.
 class fileControl {
 public:
+    // File names as the file system gives them: bytes, usually but not
+    // always UTF-8. A name that is not UTF-8 keeps each stray byte as the
+    // code unit 0xDC00 + byte, so that nativePath() gives the same bytes back
+    // and the file can still be opened, written or listed. Valid UTF-8 reads
+    // as usual. Every file access in this class goes through nativePath().
+    static QString pathFromNative(const QByteArray& bytes);
+    static QByteArray nativePath(const QString& path);
+
     static bool FileExists(const QString& path);
     static bool FolderExists(const QString& path);
     static qint64 FileSize(const QString& path);

@@ -6,10 +6,10 @@
 #include <QApplication>
 
 // The windowed program: the application object and the two start modes.
-int runWindowedProgram(int argc, char** argv) {
+// `args` are the arguments as main decoded them, file names intact.
+int runWindowedProgram(int argc, char** argv, const QStringList& args) {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Quillmere Pad"));
-    QStringList args = QApplication::arguments().mid(1);
 
     auto host = std::make_unique<QtMainWindowHost>();
     QtMainWindowHost* window = host.get();

@@ -73,6 +73,24 @@ TEST_F(PracticeLayoutTest, ColumnMissingEverywhereFailedTheMerge) {
     }
 }
 
+TEST_F(PracticeLayoutTest, SatelliteTableMissingEntirelyFailedTheClientRead) {
+    // A table the letter needs nothing from, then the one holding File Number.
+    db->exec("DROP TABLE OtherInfo");
+    for (bool fast : {true, false}) {
+        Inserter fields;
+        EXPECT_EQ(merge(fields, fast), "{\\rtf1 Acme Widgets: F-77 / 12345 RT0001\\par}")
+            << (fast ? "one pass" : "step by step");
+        EXPECT_TRUE(fields.missingColumns().isEmpty());
+    }
+    db->exec("DROP TABLE ClientOptions");
+    for (bool fast : {true, false}) {
+        Inserter fields;
+        EXPECT_EQ(merge(fields, fast), "{\\rtf1 Acme Widgets:  / 12345 RT0001\\par}")
+            << (fast ? "one pass" : "step by step");
+        EXPECT_EQ(fields.missingColumns(), QStringList({"File Number (column ClientCustom1)"}));
+    }
+}
+
 TEST_F(PracticeLayoutTest, MissingCompanyColumnIsReportedNotThrown) {
     db->exec("ALTER TABLE Companies DROP COLUMN PostalCode");
     Inserter fields;

@@ -5,8 +5,10 @@
 
 #include <QDir>
 #include <QFile>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 QStringList entries(const QString& folder) {
@@ -77,4 +79,53 @@ TEST(fileControlTest, ReadSaysWhetherAFileIsMissingRefusedOrAFolder) {
         EXPECT_FALSE(bytes) << qPrintable(c.path);
         EXPECT_TRUE(reason.contains(QLatin1String(c.expected))) << qPrintable(reason);
     }
+}
+
+TEST(fileControlTest, NamesThatAreNotUtf8ComeBackAsTheSameBytes) {
+    const QList<QByteArray> names = {
+        "caf\xe9.rtf",          // a Latin-1 name
+        "\xc3\x28 broken pair", // lead byte without its continuation
+        "\xed\xa0\x80 surrogate",
+        "\xc0\xaf overlong",
+        "cut \xf0\x9f\x98", // truncated at the end
+        "\xff\xfe\x80",
+    };
+    for (const QByteArray& name : names) {
+        SCOPED_TRACE(name.toHex().toStdString());
+        EXPECT_EQ(fileControl::nativePath(fileControl::pathFromNative(name)), name);
+    }
+    // Well-formed names read as usual, so they show and sort as text.
+    const QByteArray utf8 = "r\xc3\xa9sum\xc3\xa9 \xe2\x82\xac \xf0\x9f\x98\x80.rtf";
+    EXPECT_EQ(fileControl::pathFromNative(utf8), QString::fromUtf8(utf8));
+    EXPECT_EQ(fileControl::nativePath(QString::fromUtf8(utf8)), utf8);
+}
+
+TEST(fileControlTest, AFileWhoseNameIsNotUtf8CouldNotBeOpened) {
+    TestEnvironment env;
+    const QByteArray folder = QFile::encodeName(env.root());
+    const QByteArray raw = folder + "/caf\xe9 letter.rtf";
+    {
+        const int fd = ::open(raw.constData(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+        ASSERT_GE(fd, 0);
+        ASSERT_EQ(::write(fd, "{\\rtf1 hi}", 10), 10);
+        ::close(fd);
+    }
+    const QString path = fileControl::pathFromNative(raw);
+    EXPECT_TRUE(fileControl::FileExists(path));
+    EXPECT_EQ(fileControl::FileSize(path), 10);
+    const auto bytes = fileControl::readWholeFile(path);
+    ASSERT_TRUE(bytes.has_value());
+    EXPECT_EQ(*bytes, QByteArray("{\\rtf1 hi}"));
+
+    // Written back under a name of the same kind, byte for byte.
+    const QByteArray rawOut = folder + "/r\xe9sum\xe9.rtf";
+    QString reason;
+    ASSERT_TRUE(
+        fileControl::writeFileAtomically(fileControl::pathFromNative(rawOut), "saved", &reason))
+        << qPrintable(reason);
+    struct stat info {};
+    EXPECT_EQ(::stat(rawOut.constData(), &info), 0);
+    EXPECT_EQ(info.st_size, 5);
+    EXPECT_TRUE(fileControl::DeleteFile(fileControl::pathFromNative(rawOut)));
+    EXPECT_NE(::stat(rawOut.constData(), &info), 0);
 }
