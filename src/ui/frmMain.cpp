@@ -8,6 +8,7 @@
 #include "files/clsINI.h"
 #include "platform/MsgboxClass.h"
 #include "platform/errorClass.h"
+#include "ui/AccessoryCommands.h"
 #include "ui/CommandActions.h"
 #include "ui/DocumentCommands.h"
 #include "ui/MainWindowPosition.h"
@@ -85,6 +86,7 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent), m_area(new QMdiArea(thi
     installMergeCommands(*this);
     installRecipientCommands(*this);
     installPrintCommands(*this);
+    installAccessoryCommands(*this);
     connect(m_commands, &CommandActions::commandTriggered, this, &frmMain::runCommand);
     connect(m_area, &QMdiArea::subWindowActivated, this, &frmMain::onDocumentActivated);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
