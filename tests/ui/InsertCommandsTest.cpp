@@ -147,6 +147,9 @@ TEST_F(InsertCommandsTest, LetterheadAndPathGoToTheActiveDocument) {
     EXPECT_TRUE(box().Text().startsWith(QStringLiteral("\u00ABYour Company Name\u00BB\r\n")));
     EXPECT_TRUE(box().Text().contains(QStringLiteral("\u00ABYour Zip Code\u00BB\r\n\r\nBody")));
 
+    // A new document already carries the path it would be saved under; one
+    // without any path gets the message.
+    document()->DocumentFileName.clear();
     m_window.runCommand(QStringLiteral("mnuInsertPathandFile"));
     ASSERT_EQ(m_messages.texts().size(), 1);
     EXPECT_TRUE(m_messages.texts().first().startsWith(QStringLiteral("This file has not yet")));
