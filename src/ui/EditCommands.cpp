@@ -163,6 +163,10 @@ void EditCommands::installFontBar() {
     QComboBox* name = m_window.fontNameBox();
     QComboBox* size = m_window.fontSizeBox();
     name->setEnabled(true);
+    // Editable, so that a document's font shows by name even when this
+    // machine does not have it, as a letter from another office often has.
+    name->setEditable(true);
+    name->setInsertPolicy(QComboBox::NoInsert);
     name->setToolTip(QStringLiteral("Font"));
     name->setAccessibleName(QStringLiteral("Font"));
     size->setEnabled(true);

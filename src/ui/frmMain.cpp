@@ -134,7 +134,7 @@ void frmMain::buildFontBar() {
     m_fontSize = new QComboBox(m_fontBar);
     m_fontSize->setObjectName(QStringLiteral("cboFontSize"));
     m_fontSize->setMinimumContentsLength(3);
-    // Choosing a font from the bar is the format routines' work.
+    // Off until the edit commands take the bar over.
     for (QComboBox* box : {m_fontName, m_fontSize}) {
         box->setEnabled(false);
         box->setToolTip(notAvailableYetTip());
@@ -414,7 +414,11 @@ void frmMain::refreshMenuStatus() {
 void frmMain::applyStatus() {
     m_commands->apply(m_status, [this](const QString& command) { return hasRoute(command); });
     // A selection of mixed fonts or sizes leaves the box blank.
-    m_fontName->setCurrentIndex(m_fontName->findText(m_status.fontName));
+    if (m_fontName->isEditable()) {
+        m_fontName->setEditText(m_status.fontName);
+    } else {
+        m_fontName->setCurrentIndex(m_fontName->findText(m_status.fontName));
+    }
     if (m_fontSize->isEditable()) {
         m_fontSize->setEditText(m_status.fontSize);
     } else {

@@ -158,6 +158,15 @@ TEST_F(EditCommandsTest, FontBarAndFontDialogApplyToTheSelection) {
     EXPECT_EQ(box().SelFontSize(), std::optional<double>(18));
 }
 
+TEST_F(EditCommandsTest, FontBarShowedNothingForAFontThisMachineLacks) {
+    box().setTextRTF(QStringLiteral(
+        "{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0 Quillmere Office Serif;}}\\f0\\fs24 Dear Client}"));
+    ASSERT_EQ(window.fontNameBox()->findText(QStringLiteral("Quillmere Office Serif")), -1);
+    select(1, 2);
+    EXPECT_EQ(window.fontNameBox()->currentText(), QStringLiteral("Quillmere Office Serif"));
+    EXPECT_EQ(window.fontSizeBox()->currentText(), QStringLiteral("12"));
+}
+
 TEST_F(EditCommandsTest, FindDialogFindsReplacesAndSaysWhenItIsDone) {
     box().setText(QStringLiteral("Fee due\r\nThe fee\r\nfees"));
     select(0, 3);
