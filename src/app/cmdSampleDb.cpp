@@ -7,6 +7,8 @@
 #include "platform/errorClass.h"
 #include "platform/fileControl.h"
 
+#include <QDir>
+#include <QFile>
 #include <QElapsedTimer>
 
 namespace {
@@ -23,6 +25,29 @@ std::optional<int> intOption(const QStringList& args, const QString& name, Comma
         bad = true;
     }
     return value;
+}
+
+// The sample templates shipped with the program, so that a new practice has
+// letters to open from Quick Picks and merge at once. A file the user already
+// has under the same name is left alone.
+void placeSampleTemplates(const QString& folder, CommandIO& io) {
+    QDir().mkpath(folder);
+    const QDir samples(QStringLiteral(":/samples"));
+    for (const QString& name : samples.entryList(QDir::Files, QDir::Name)) {
+        const QString target = fileControl::AddBackslash(folder) + name;
+        if (QFileInfo::exists(target)) {
+            continue;
+        }
+        // A resource, so Qt reads it: the file routines work on real paths.
+        QFile sample(samples.filePath(name));
+        QString reason;
+        if (sample.open(QIODevice::ReadOnly) &&
+            fileControl::writeFileAtomically(target, sample.readAll(), &reason)) {
+            io.out << "Placed the sample template " << target << '\n';
+        } else {
+            io.err << "Could not place the sample template " << target << ": " << reason << '\n';
+        }
+    }
 }
 
 void printSummary(CommandIO& io, const QString& path, const SamplePracticeSummary& s) {
@@ -107,6 +132,7 @@ int runInstallSampleCommand(const QStringList& args, CommandIO& io) {
             SamplePracticeOptions o;
             o.referenceDate = ctx.clock.today();
             printSummary(io, path, SamplePractice::write(path, o));
+            placeSampleTemplates(folders.getDefaultTemplatesFolder(), io);
         }
         ini.setKeyValue(QStringLiteral("QuillmereInfo"), QStringLiteral("dataLocation"), path);
         ini.setKeyValue(QStringLiteral("ContactLedgerInfo"), QStringLiteral("dataLocation"), path);

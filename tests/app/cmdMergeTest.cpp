@@ -294,3 +294,36 @@ TEST_F(FilteredMergeCommandTest, BadCriteriaAndEmptyResultsAreRefused) {
 }
 
 } // namespace
+
+namespace {
+
+TEST(InstallSampleTest, ANewPracticeGetsSampleTemplatesThatMergeWithoutFaults) {
+    TestEnvironment env;
+    const CommandRun first = run(runInstallSampleCommand, {});
+    ASSERT_EQ(first.status, 0) << first.err.toStdString();
+    const QString database =
+        first.out.section(QStringLiteral("Wrote "), 1).section(QStringLiteral(": "), 0, 0);
+    ASSERT_TRUE(QFileInfo::exists(database)) << first.out.toStdString();
+
+    const QDir templates(QDir::homePath() +
+                         QStringLiteral("/Documents/Quillmere Files/Template Documents"));
+    const QStringList samples = templates.entryList({QStringLiteral("*.qm?")}, QDir::Files);
+    ASSERT_EQ(samples.size(), 3) << first.out.toStdString() << first.err.toStdString();
+    for (const QString& name : samples) {
+        SCOPED_TRACE(name.toStdString());
+        const CommandRun check = run(runCheckCommand, {templates.filePath(name),
+                                                       QStringLiteral("--database"), database});
+        EXPECT_EQ(check.status, 0) << check.err.toStdString();
+        EXPECT_TRUE(check.out.contains(QStringLiteral("There are no merge errors")));
+    }
+
+    // A template the practice has since changed is never overwritten.
+    const QString edited = templates.filePath(samples.first());
+    ASSERT_TRUE(fileControl::writeFileAtomically(edited, "{\\rtf1 ours}"));
+    ASSERT_TRUE(QFile::remove(database));
+    const CommandRun again = run(runInstallSampleCommand, {});
+    ASSERT_EQ(again.status, 0) << again.err.toStdString();
+    EXPECT_EQ(fileControl::readWholeFile(edited).value_or(QByteArray()), QByteArray("{\\rtf1 ours}"));
+}
+
+} // namespace
