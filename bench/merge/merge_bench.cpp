@@ -11,15 +11,15 @@
 // Usage: merge_bench [--clients-small N] [--clients-large N] [--seconds S]
 
 #include "app/Commands.h"
+#include "app/MergeSession.h"
 #include "data/modFormatAddresses.h"
 #include "merge/LetterWriter.h"
 #include "merge/MergeLookups.h"
 #include "merge/MergeRun.h"
-#include "platform/richtext/RichTextBox.h"
-#include "app/MergeSession.h"
 #include "merge/ReferenceSubstitution.h"
 #include "platform/ProgressReporter.h"
 #include "platform/fileControl.h"
+#include "platform/richtext/RichTextBox.h"
 
 #include <QDirIterator>
 #include <QElapsedTimer>
@@ -149,10 +149,12 @@ struct WholeMerge {
     double plainSeconds = 0;  // the same files written by a plain loop
 };
 
-// The files a plain loop writes with the same care as the vault: each to
-// a temporary beside its target, one file-system sync per 256 letters as the
-// vault does, then renamed into place.
-double plainWrites(const QString& folder, const std::vector<QByteArray>& letters) {
+// The files a plain loop writes with the same care as the vault: each at
+// the same place in a tree of client folders, to a temporary beside its
+// target, one file-system sync per 256 letters as the vault does, then
+// renamed into place.
+double plainWrites(const QString& folder,
+                   const std::vector<std::pair<QString, QByteArray>>& letters) {
     QDir().mkpath(folder);
     QElapsedTimer timer;
     timer.start();
@@ -165,9 +167,13 @@ double plainWrites(const QString& folder, const std::vector<QByteArray>& letters
         }
         pending.clear();
     };
-    for (size_t i = 0; i < letters.size(); ++i) {
-        const QString path = folder + QStringLiteral("/letter-%1.qmw").arg(i);
-        pending.emplace_back(writer.writeTemporary(path, letters[i]), path);
+    for (const auto& [relative, bytes] : letters) {
+        const QString path = folder + QLatin1Char('/') + relative;
+        const QString clientFolder = QFileInfo(path).absolutePath();
+        if (!QFileInfo::exists(clientFolder)) {
+            QDir().mkpath(clientFolder);
+        }
+        pending.emplace_back(writer.writeTemporary(path, bytes), path);
         if (pending.size() == 256) {
             placeAll();
         }
@@ -241,11 +247,12 @@ WholeMerge wholeMerge(const QString& folder, int clients) {
         run.merge(session.fields(), db, progress);
         timing.mergeSeconds = double(timer.nsecsElapsed()) / 1e9;
     }
-    std::vector<QByteArray> letters;
-    QDirIterator it(repeatVault, {QStringLiteral("*.qmw")}, QDir::Files,
-                    QDirIterator::Subdirectories);
+    std::vector<std::pair<QString, QByteArray>> letters;
+    QDirIterator it(repeatVault, QDir::Files, QDirIterator::Subdirectories);
+    const QDir vault(repeatVault);
     while (it.hasNext()) {
-        letters.push_back(*fileControl::readWholeFile(it.next()));
+        const QString path = it.next();
+        letters.emplace_back(vault.relativeFilePath(path), *fileControl::readWholeFile(path));
     }
     timing.plainSeconds = plainWrites(folder + QStringLiteral("/plain-%1").arg(clients), letters);
     return timing;

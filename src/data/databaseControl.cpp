@@ -242,6 +242,14 @@ void databaseControl::refuseWriteIfReadOnly(const QString& what) const {
 }
 
 void databaseControl::disconnect() {
+    // What a running batch wrote is kept, as its end would keep it.
+    if (m_batchOpen) {
+        try {
+            commitWriteBatch();
+        } catch (const QmError& fault) {
+            m_lastError = fault.description();
+        }
+    }
     m_sets.clear();
     m_schemaVersion = -1;
     m_columnTypes.clear();
@@ -583,12 +591,9 @@ QVariant databaseControl::toStorage(const Recordset& rs, int column, const QVari
     return text.isNull() ? QStringLiteral("") : text;
 }
 
-void databaseControl::runInTransaction(const QString& sql, const QVariantList& parameters,
-                                       qint64* insertedKey) {
-    QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
-    if (!db.transaction())
-        fail(QStringLiteral("Cannot start a transaction: %1").arg(describeFailure(db.lastError())));
-    QSqlQuery query(db);
+bool databaseControl::execute(const QString& sql, const QVariantList& parameters,
+                              qint64* insertedKey, QString* error) {
+    QSqlQuery query(QSqlDatabase::database(m_connectionName, false));
     bool ok = query.prepare(sql);
     if (ok) {
         for (int i = 0; i < parameters.size(); ++i)
@@ -596,19 +601,87 @@ void databaseControl::runInTransaction(const QString& sql, const QVariantList& p
         ++m_statementCount;
         ok = query.exec();
     }
-    if (!ok) {
-        const QString error = describeFailure(query.lastError());
-        query.finish();
+    if (!ok && error)
+        *error = describeFailure(query.lastError());
+    if (ok && insertedKey)
+        *insertedKey = query.lastInsertId().toLongLong();
+    query.finish();
+    return ok;
+}
+
+void databaseControl::runInTransaction(const QString& sql, const QVariantList& parameters,
+                                       qint64* insertedKey) {
+    if (m_batchDepth > 0) {
+        runInBatch(sql, parameters, insertedKey);
+        return;
+    }
+    QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
+    if (!db.transaction())
+        fail(QStringLiteral("Cannot start a transaction: %1").arg(describeFailure(db.lastError())));
+    QString error;
+    if (!execute(sql, parameters, insertedKey, &error)) {
         db.rollback();
         fail(QStringLiteral("%1 [%2]").arg(error, sql));
     }
-    if (insertedKey)
-        *insertedKey = query.lastInsertId().toLongLong();
-    query.finish();
+    if (!db.commit()) {
+        error = describeFailure(db.lastError());
+        db.rollback();
+        fail(QStringLiteral("Cannot save the change: %1").arg(error));
+    }
+}
+
+void databaseControl::runInBatch(const QString& sql, const QVariantList& parameters,
+                                 qint64* insertedKey) {
+    QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
+    if (!m_batchOpen) {
+        if (!db.transaction())
+            fail(QStringLiteral("Cannot start a transaction: %1")
+                     .arg(describeFailure(db.lastError())));
+        m_batchOpen = true;
+    }
+    // A savepoint per write, so that a failing write is undone alone and the
+    // batch's earlier writes stand.
+    QString error;
+    if (!execute(QStringLiteral("SAVEPOINT qm_write"), {}, nullptr, &error))
+        fail(QStringLiteral("Cannot start a transaction: %1").arg(error));
+    if (execute(sql, parameters, insertedKey, &error)) {
+        execute(QStringLiteral("RELEASE qm_write"), {}, nullptr, nullptr);
+        return;
+    }
+    if (!execute(QStringLiteral("ROLLBACK TO qm_write"), {}, nullptr, nullptr) ||
+        !execute(QStringLiteral("RELEASE qm_write"), {}, nullptr, nullptr)) {
+        // The engine ended the whole transaction (a full disk, an I/O
+        // fault): the batch's earlier writes went with it.
+        db.rollback();
+        m_batchOpen = false;
+        fail(QStringLiteral("%1 [%2]; the changes made with it were not saved").arg(error, sql));
+    }
+    fail(QStringLiteral("%1 [%2]").arg(error, sql));
+}
+
+void databaseControl::beginWriteBatch() {
+    ++m_batchDepth;
+}
+
+void databaseControl::commitWriteBatch() {
+    if (!m_batchOpen)
+        return;
+    m_batchOpen = false;
+    QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
     if (!db.commit()) {
         const QString error = describeFailure(db.lastError());
         db.rollback();
-        fail(QStringLiteral("Cannot save the change: %1").arg(error));
+        fail(QStringLiteral("Cannot save the changes: %1").arg(error));
+    }
+}
+
+void databaseControl::endWriteBatch() noexcept {
+    if (m_batchDepth == 0 || --m_batchDepth > 0)
+        return;
+    try {
+        commitWriteBatch();
+    } catch (const QmError& fault) {
+        m_lastError = fault.description();
     }
 }
 

@@ -137,6 +137,22 @@ public:
     void setField(int handle, const QString& column, const QVariant& value);
     void saveRecord(int handle);
 
+    // Writes made between beginWriteBatch() and the matching endWriteBatch()
+    // share one transaction, so that a run of many small writes (a merge's
+    // repairs and folder rows) pays for one durable commit instead of one
+    // each. Every write still takes effect alone or not at all; a failing
+    // one is undone by itself and throws as outside a batch. Batches nest;
+    // the transaction starts at the first write, so a batch that only reads
+    // holds no lock on the host's file. commitWriteBatch() makes what the
+    // batch wrote durable now (a caller's checkpoint) and throws when the
+    // commit fails, with the batch's writes undone. Use WriteBatch.
+    void beginWriteBatch();
+    void commitWriteBatch();
+    // Commits what is pending when the outermost batch ends. Never throws:
+    // a failure is left in lastError(); callers that must know commit first.
+    void endWriteBatch() noexcept;
+    bool inWriteBatch() const { return m_batchDepth > 0; }
+
     // Appends the column's value of every row to the model as items (text
     // only; a Null appends an empty item).
     void fillList(int handle, QStandardItemModel& list, const QString& column);
@@ -176,6 +192,9 @@ private:
     void writeColumns(Recordset& rs, int row, const std::vector<int>& columns);
     void insertRow(Recordset& rs, int row);
     void runInTransaction(const QString& sql, const QVariantList& parameters, qint64* insertedKey);
+    void runInBatch(const QString& sql, const QVariantList& parameters, qint64* insertedKey);
+    bool execute(const QString& sql, const QVariantList& parameters, qint64* insertedKey,
+                 QString* error);
 
     errorClass* m_errors = nullptr;
     QObject* m_owner = nullptr;
@@ -196,4 +215,21 @@ private:
     std::map<QString, std::map<QString, QString>> m_columnTypes; // TABLE -> COLUMN -> declared type
     int m_nextHandle = 1;
     qint64 m_statementCount = 0;
+    int m_batchDepth = 0;
+    bool m_batchOpen = false; // a transaction of the batch is running
+};
+
+// The scope of a write batch (see beginWriteBatch). What it wrote is
+// committed when it ends, however it ends: the writes are each whole, and a
+// merge that stops half-way keeps the repairs and folders it made.
+class WriteBatch {
+public:
+    explicit WriteBatch(databaseControl& db) : m_db(db) { m_db.beginWriteBatch(); }
+    ~WriteBatch() { m_db.endWriteBatch(); }
+    WriteBatch(const WriteBatch&) = delete;
+    WriteBatch& operator=(const WriteBatch&) = delete;
+    void commit() { m_db.commitWriteBatch(); }
+
+private:
+    databaseControl& m_db;
 };

@@ -39,8 +39,10 @@ clsInsertFieldsInRTB& inserter() {
 // so that the letter is written once.
 QByteArray letterBytes(RichTextBox& scratch, const QString& rtf, const DocumentModel& saved,
                        const QString& scratchFolder, const NormalisedLetter* normalised) {
-    if (saved.fileSaveType == RichTextBox::rtfRTF && normalised && normalised->isFixedPoint(rtf)) {
-        return documentFileBytes(rtf.toLatin1(), saved);
+    if (saved.fileSaveType == RichTextBox::rtfRTF && normalised) {
+        if (const std::optional<QString> text = normalised->normalisedText(rtf)) {
+            return documentFileBytes(text->toLatin1(), saved);
+        }
     }
     scratch.setTextRTF(rtf);
     if (saved.fileSaveType == RichTextBox::rtfRTF) {
@@ -95,7 +97,18 @@ bool MergeResultDocument::createMergeDocument(ProgressReporter& progress) {
         IDList.sortOnFirstTwoColumns();
     }
     records.reserve(size_t(count));
+    // A first merge repairs clients as it reads them (default contacts);
+    // those writes commit together every few hundred records rather than
+    // one durable commit each, and never hold the host's file for long.
+    std::optional<WriteBatch> repairs;
+    if (db && db->isConnected()) {
+        repairs.emplace(*db);
+    }
+    constexpr int kRecordsPerCommit = 256;
     for (int row = 1; row <= count; ++row) {
+        if (repairs && row % kRecordsPerCommit == 0) {
+            repairs->commit();
+        }
         if (progress.cancelled()) {
             stoppedByUser = true;
             break;
@@ -246,8 +259,24 @@ int MergeResultDocument::saveMergeDocument(ProgressReporter& progress, const QSt
     const std::optional<NormalisedLetter> normalised =
         NormalisedLetter::fromTemplate(scratch, templateText);
 
+    // The vault rows of new folders are written in batches that commit with
+    // the letters they file: one durable commit per batch, not per client.
+    std::optional<WriteBatch> folderRows;
+    if (app().database && app().database->isConnected()) {
+        folderRows.emplace(*app().database);
+    }
+
     auto fileStaged = [&] {
         QString syncFailure;
+        if (folderRows) {
+            try {
+                folderRows->commit();
+            } catch (const QmError& fault) {
+                // Letters are filed all the same; the folders are found by
+                // name on the next run.
+                qWarning("%s", qPrintable(fault.description()));
+            }
+        }
         for (const StagedLetter& letter : staged) {
             if (!letter.temporary.isEmpty()) {
                 try {

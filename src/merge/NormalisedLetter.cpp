@@ -12,6 +12,40 @@ bool isPlainCharacter(QChar c) {
     return u >= 0x20 && u < 0x7F && u != u'\\' && u != u'{' && u != u'}';
 }
 
+// Latin-1 letters and signs, read from a raw byte as themselves in an ANSI
+// run; U+00A0 is left out, the box writes it as a control symbol.
+bool isAccentCharacter(QChar c) {
+    return c.unicode() > 0xA0 && c.unicode() <= 0xFF;
+}
+
+void appendEscaped(QString& out, QChar c) {
+    static const char* const hex = "0123456789abcdef";
+    if (isAccentCharacter(c)) {
+        out += QLatin1String("\\'");
+        out += QLatin1Char(hex[c.unicode() >> 4]);
+        out += QLatin1Char(hex[c.unicode() & 15]);
+    } else {
+        out += c;
+    }
+}
+
+QString probeValue() {
+    QString value = QStringLiteral("A");
+    for (char16_t u = 0xA1; u <= 0xFF; ++u) {
+        value += QChar(u);
+    }
+    return value + QLatin1Char('Z');
+}
+
+QString joined(const QStringList& segments, const QString& value) {
+    QString out = segments.front();
+    for (qsizetype i = 1; i < segments.size(); ++i) {
+        out += value;
+        out += segments.at(i);
+    }
+    return out;
+}
+
 } // namespace
 
 bool NormalisedLetter::isPlainValue(QStringView value) {
@@ -50,14 +84,33 @@ std::optional<NormalisedLetter> NormalisedLetter::fromTemplate(RichTextBox& scra
         return std::nullopt;
     }
     check.m_segments << templateRtf.mid(from);
+    const QString probe = probeValue();
+    QString escaped;
+    for (const QChar c : probe) {
+        appendEscaped(escaped, c);
+    }
+    scratch.setTextRTF(joined(check.m_segments, probe));
+    check.m_escapesAccents = scratch.TextRTF() == joined(check.m_segments, escaped);
     return check;
 }
 
+bool NormalisedLetter::isValueCharacter(QChar c) const {
+    return isPlainCharacter(c) || (m_escapesAccents && isAccentCharacter(c));
+}
+
 bool NormalisedLetter::isFixedPoint(const QString& letter) const {
+    const std::optional<QString> text = normalisedText(letter);
+    return text && *text == letter;
+}
+
+std::optional<QString> NormalisedLetter::normalisedText(const QString& letter) const {
     const QStringView text(letter);
     if (!text.startsWith(m_segments.front()) || !text.endsWith(m_segments.back())) {
-        return false;
+        return std::nullopt;
     }
+    QString out;
+    out.reserve(letter.size() + letter.size() / 16);
+    out += m_segments.front();
     qsizetype at = m_segments.front().size();
     const qsizetype tail = text.size() - m_segments.back().size();
     for (qsizetype i = 1; i < m_segments.size(); ++i) {
@@ -68,7 +121,7 @@ bool NormalisedLetter::isFixedPoint(const QString& letter) const {
         // so the first one found will do.
         qsizetype end = at;
         bool found = false;
-        while (end < text.size() && isPlainCharacter(text[end])) {
+        while (end < text.size() && isValueCharacter(text[end])) {
             ++end;
             if (last ? end == tail : text.mid(end).startsWith(next)) {
                 found = true;
@@ -76,9 +129,16 @@ bool NormalisedLetter::isFixedPoint(const QString& letter) const {
             }
         }
         if (!found) {
-            return false;
+            return std::nullopt;
         }
+        for (qsizetype c = at; c < end; ++c) {
+            appendEscaped(out, text[c]);
+        }
+        out += next;
         at = end + (last ? 0 : next.size());
     }
-    return at == tail;
+    if (at != tail) {
+        return std::nullopt;
+    }
+    return out;
 }

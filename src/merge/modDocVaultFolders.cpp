@@ -60,9 +60,11 @@ QString clientFolder(const QString& keyColumn, int id, const QString& subfolder,
     const QString result = fileControl::AddBackslash(base + relative);
     requireInsideVault(result, base);
     makeFolder(result);
-    if (db->isReadOnly()) {
+    if (db->isReadOnly() || (stored && *stored == relative)) {
         // The letter is still filed; only the record of its folder waits for
-        // a connection that may write (the user was told on connecting).
+        // a connection that may write (the user was told on connecting). A
+        // row that already names this folder (a new vault root, a folder
+        // removed by hand) needs no write.
         index->remember(keyColumn, id, relative);
         return result;
     }

@@ -49,9 +49,13 @@ QString substitute(QString text, const QStringList& values) {
     return text;
 }
 
-QString randomPlainValue(QRandomGenerator& random) {
-    static const QString alphabet =
+QString randomPlainValue(QRandomGenerator& random, bool accents = false) {
+    static const QString plainAlphabet =
         QStringLiteral("abcXYZ 0123456789.,;:'\"!?-_()[]<>&#$%*+=/|~`@^");
+    static const QString accentedAlphabet =
+        plainAlphabet +
+        QStringLiteral("\u00e9\u00e8\u00c9\u00ea\u00e7\u00f4\u00fc\u00df\u00a9\u00bd\u00ff\u00a1");
+    const QString& alphabet = accents ? accentedAlphabet : plainAlphabet;
     QString value;
     const int length = 1 + int(random.bounded(24));
     for (int i = 0; i < length; ++i) {
@@ -76,6 +80,31 @@ TEST(NormalisedLetterTest, EveryLetterItAcceptsComesBackUnchangedFromTheBox) {
         const QString merged = substitute(templateRtf, values);
         ASSERT_TRUE(check->isFixedPoint(merged)) << qPrintable(values.join(QLatin1Char('|')));
         ASSERT_EQ(roundTrip(merged), merged) << qPrintable(values.join(QLatin1Char('|')));
+    }
+}
+
+TEST(NormalisedLetterTest, AccentedValuesGiveWhatTheBoxWouldWrite) {
+    const QString templateRtf = normalisedTemplate();
+    RichTextBox scratch;
+    const auto check = NormalisedLetter::fromTemplate(scratch, templateRtf);
+    ASSERT_TRUE(check.has_value());
+    QRandomGenerator random(20261124);
+    for (int letter = 0; letter < 200; ++letter) {
+        QStringList values;
+        for (int i = 0; i < 6; ++i) {
+            values << randomPlainValue(random, true);
+        }
+        const QString merged = substitute(templateRtf, values);
+        const std::optional<QString> text = check->normalisedText(merged);
+        ASSERT_TRUE(text.has_value()) << qPrintable(values.join(QLatin1Char('|')));
+        ASSERT_EQ(*text, roundTrip(merged)) << qPrintable(values.join(QLatin1Char('|')));
+    }
+    // Characters beyond Latin-1 and the no-break space still take the trip.
+    for (const QString& value :
+         {QStringLiteral("O\u2019Brien"), QStringLiteral("a\u00a0b"), QStringLiteral("\u20ac5")}) {
+        const QStringList values = {"Pat", "Acme", "March 31", "x", value, "Toronto"};
+        EXPECT_FALSE(check->normalisedText(substitute(templateRtf, values)).has_value())
+            << qPrintable(value);
     }
 }
 
