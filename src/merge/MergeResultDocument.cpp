@@ -15,6 +15,7 @@
 #include "platform/richtext/RichTextBox.h"
 #include "platform/text/stringControl.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QUuid>
 #include <optional>
@@ -105,9 +106,14 @@ bool MergeResultDocument::createMergeDocument(ProgressReporter& progress) {
         repairs.emplace(*db);
     }
     constexpr int kRecordsPerCommit = 256;
+    constexpr qint64 kMostMillisecondsPerCommit = 200;
+    QElapsedTimer sinceCommit;
+    sinceCommit.start();
     for (int row = 1; row <= count; ++row) {
-        if (repairs && row % kRecordsPerCommit == 0) {
+        if (repairs &&
+            (row % kRecordsPerCommit == 0 || sinceCommit.hasExpired(kMostMillisecondsPerCommit))) {
             repairs->commit();
+            sinceCommit.restart();
         }
         if (progress.cancelled()) {
             stoppedByUser = true;

@@ -11,17 +11,19 @@
 #include "ui/AccessoryCommands.h"
 #include "ui/CommandActions.h"
 #include "ui/DocumentCommands.h"
-#include "ui/MainWindowPosition.h"
-#include "ui/OptionsCommands.h"
 #include "ui/EditCommands.h"
 #include "ui/InsertCommands.h"
 #include "ui/LiveSpellChecker.h"
-#include "ui/SpellCommands.h"
+#include "ui/MainWindowPosition.h"
 #include "ui/MergeWindowCommands.h"
+#include "ui/OptionsCommands.h"
 #include "ui/PageView.h"
+#include "ui/PrintCommands.h"
 #include "ui/RecentFilesMenu.h"
 #include "ui/RecipientCommands.h"
-#include "ui/PrintCommands.h"
+#include "ui/Ruler.h"
+#include "ui/SpellCommands.h"
+#include "ui/ZoomBox.h"
 #include "ui/frmDocument.h"
 
 #include <QAction>
@@ -87,6 +89,7 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent), m_area(new QMdiArea(thi
     installRecipientCommands(*this);
     installPrintCommands(*this);
     installAccessoryCommands(*this);
+    buildRuler();
     connect(m_commands, &CommandActions::commandTriggered, this, &frmMain::runCommand);
     connect(m_area, &QMdiArea::subWindowActivated, this, &frmMain::onDocumentActivated);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
@@ -156,7 +159,30 @@ void frmMain::buildStatusBar() {
     }
     m_panels[1]->setText(QStringLiteral("Line:"));
     m_panels[3]->setText(QStringLiteral("Lines:"));
+    m_zoom = new ZoomBox(m_statusBar);
+    m_statusBar->addPermanentWidget(m_zoom);
     setStatusBar(m_statusBar);
+}
+
+void frmMain::buildRuler() {
+    m_rulerBar = new QToolBar(QStringLiteral("Ruler"), this);
+    m_rulerBar->setObjectName(QStringLiteral("cbrRuler"));
+    m_rulerBar->setMovable(false);
+    m_rulerBar->setFloatable(false);
+    m_ruler = new Ruler(m_rulerBar);
+    m_rulerBar->addWidget(m_ruler);
+    // Its own row, the last above the documents, so that it spans the page.
+    addToolBarBreak(Qt::TopToolBarArea);
+    addToolBar(Qt::TopToolBarArea, m_rulerBar);
+    addRoute(QStringLiteral("mnuViewRuler"),
+             [this] { toggleView(QStringLiteral("mnuViewRuler")); });
+    connect(this, &frmMain::activeDocumentChanged, this, [this] {
+        QMdiSubWindow* sub = activeDocumentWindow();
+        auto* document = sub ? qobject_cast<frmDocument*>(sub->widget()) : nullptr;
+        PageView* view = document ? document->pageView() : nullptr;
+        m_ruler->follow(view);
+        m_zoom->follow(view);
+    });
 }
 
 void frmMain::setStatusPanel(int panel, const QString& text) {
@@ -215,6 +241,9 @@ QWidget* frmMain::viewTarget(const QString& command) const {
     }
     if (command == QLatin1String("mnuViewToolbarFont")) {
         return m_fontBar;
+    }
+    if (command == QLatin1String("mnuViewRuler")) {
+        return m_rulerBar;
     }
     for (const ToolBarDefinition& bar : toolBars()) {
         if (bar.viewCommand == command) {

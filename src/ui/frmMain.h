@@ -15,6 +15,8 @@
 class CommandActions;
 class OptionsCommands;
 class RecentFilesMenu;
+class Ruler;
+class ZoomBox;
 class frmDocument;
 class QComboBox;
 class QLabel;
@@ -111,6 +113,7 @@ protected:
 private:
     void buildFontBar();
     void buildStatusBar();
+    void buildRuler();
     void registerRoutes();
     void watchDocument(QMdiSubWindow* sub);
     void addDocumentWindow(frmDocument* document, const QString& caption);
@@ -131,6 +134,9 @@ private:
     QComboBox* m_fontName = nullptr;
     QComboBox* m_fontSize = nullptr;
     QStatusBar* m_statusBar = nullptr;
+    ZoomBox* m_zoom = nullptr;
+    QToolBar* m_rulerBar = nullptr;
+    Ruler* m_ruler = nullptr;
     QList<QLabel*> m_panels;
     QPointer<QMdiSubWindow> m_lastActive;
     MenuStatus m_status;

@@ -28,12 +28,15 @@ int main(int argc, char** argv) {
     window.runCommand(QStringLiteral("mnuFileNewStandard"));
     // Every bar on, the window bar too, which starts hidden.
     window.commands()->action(QStringLiteral("mnuViewToolbarWindow"))->trigger();
+    window.commands()->action(QStringLiteral("mnuViewRuler"))->trigger();
     if (QMdiSubWindow* sub = window.activeDocumentWindow()) {
         if (auto* document = qobject_cast<frmDocument*>(sub->widget())) {
             document->rtfText().setTextRTF(QStringLiteral(
                 "{\\rtf1\\ansi{\\fonttbl{\\f0 Liberation Serif;}}\\f0\\fs24 Dear Client,\\par\\par "
                 "Please find enclosed the financial statements for the year ended 31 March. "
-                "{\\b Kindly sign and return} the engagement letter.\\par\\par Yours "
+                "{\\b Kindly sign and return} the engagement letter.\\par\\li720\\fi-360 - An "
+                "indented "
+                "point that hangs.\\par\\pard\\par Yours "
                 "sincerely,\\par}"));
             document->setFocus();
         }

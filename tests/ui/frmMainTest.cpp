@@ -7,6 +7,7 @@
 #include "support/TestEnvironment.h"
 #include "ui/CommandActions.h"
 #include "ui/PageView.h"
+#include "ui/Ruler.h"
 #include "ui/frmDocument.h"
 
 #include <QAction>
@@ -14,11 +15,13 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QScrollBar>
 #include <QStatusBar>
 #include <QTabBar>
 #include <QTextCursor>
@@ -174,9 +177,9 @@ TEST_F(MainWindowTest, ACommandNotBuiltIsDisabledWithANoteEvenWithADocument) {
         EXPECT_FALSE(a->isEnabled());
         EXPECT_EQ(a->toolTip(), notAvailableYetTip());
     }
-    for (const char* built : {"mnuFileNewStandard", "mnuFileSave", "mnuFileOpenNormal",
-                              "mnuFileExit", "mnuWindowCascade",
-                              "mnuViewToolbarStandard", "mnuViewStatusBar"}) {
+    for (const char* built :
+         {"mnuFileNewStandard", "mnuFileSave", "mnuFileOpenNormal", "mnuFileExit",
+          "mnuWindowCascade", "mnuViewToolbarStandard", "mnuViewStatusBar"}) {
         EXPECT_TRUE(enabled(built)) << built;
     }
 }
@@ -352,3 +355,61 @@ TEST_F(MainWindowTest, AFileOpensInAWindowOfItsOwnAndAnUnreadableOneLeavesNone) 
 }
 
 } // namespace
+
+TEST_F(MainWindowTest, RulerLinesUpWithTheSheetAndFollowsScrollAndZoom) {
+    auto* rulerBar = window.findChild<QToolBar*>(QStringLiteral("cbrRuler"));
+    auto* ruler = window.findChild<Ruler*>(QStringLiteral("picRuler"));
+    auto* zoom = window.findChild<QComboBox*>(QStringLiteral("cboZoom"));
+    ASSERT_TRUE(rulerBar && ruler && zoom);
+    // Off in a new settings file; the View item brings it up.
+    EXPECT_FALSE(rulerBar->isVisible());
+    EXPECT_FALSE(zoom->isEnabled());
+    window.commands()->action(QStringLiteral("mnuViewRuler"))->trigger();
+    EXPECT_TRUE(rulerBar->isVisible());
+    EXPECT_FALSE(ruler->sheetOrigin().has_value());
+
+    window.newDocument(1);
+    QApplication::processEvents();
+    PageView* view = editor()->pageView();
+    ASSERT_EQ(ruler->followed(), view);
+    EXPECT_TRUE(zoom->isEnabled());
+    EXPECT_EQ(zoom->currentText(), QStringLiteral("100%"));
+
+    // The sheet's left edge on the ruler is where the view paints it.
+    auto sheetOnScreen = [&] {
+        const int sheetLeft = editor()->pageView()->layout().sheetRect(1).left();
+        const int x = view->centringInset() - view->horizontalScrollBar()->value() +
+                      int(sheetLeft * view->pixelsPerTwip());
+        return view->viewport()->mapToGlobal(QPoint(x, 0)).x();
+    };
+    auto sheetOnRuler = [&] {
+        return ruler->mapToGlobal(QPoint(int(ruler->sheetOrigin()->first), 0)).x();
+    };
+    EXPECT_NEAR(sheetOnRuler(), sheetOnScreen(), 1);
+
+    // Zoom from the box: the view follows, and so does the ruler.
+    zoom->setCurrentText(QStringLiteral("200%"));
+    Q_EMIT zoom->lineEdit()->editingFinished();
+    EXPECT_EQ(view->zoom(), 200);
+    EXPECT_DOUBLE_EQ(ruler->sheetOrigin()->second, view->pixelsPerTwip());
+    view->horizontalScrollBar()->setValue(view->horizontalScrollBar()->maximum());
+    EXPECT_NEAR(sheetOnRuler(), sheetOnScreen(), 1);
+
+    // Ctrl+wheel zooms the view; the box shows it. A slip of the keyboard
+    // leaves the zoom as it stands.
+    view->setZoom(75);
+    EXPECT_EQ(zoom->currentText(), QStringLiteral("75%"));
+    zoom->setCurrentText(QStringLiteral("lots"));
+    Q_EMIT zoom->lineEdit()->editingFinished();
+    EXPECT_EQ(view->zoom(), 75);
+    EXPECT_EQ(zoom->currentText(), QStringLiteral("75%"));
+    zoom->setCurrentText(QStringLiteral("130"));
+    Q_EMIT zoom->lineEdit()->editingFinished();
+    EXPECT_EQ(view->zoom(), 130);
+
+    // The zoom belongs to the window: a second document starts at 100 %.
+    window.newDocument(2);
+    QApplication::processEvents();
+    EXPECT_EQ(zoom->currentText(), QStringLiteral("100%"));
+    EXPECT_EQ(ruler->followed(), editor()->pageView());
+}

@@ -1,0 +1,1 @@
+// The precompiled header's own translation unit; the header is the point.
