@@ -13,6 +13,7 @@ packages=(
   dbus-daemon
   fonts-liberation2 fonts-dejavu-core
   poppler-utils
+  desktop-file-utils shared-mime-info dpkg-dev
 )
 
 missing=()

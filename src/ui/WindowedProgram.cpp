@@ -1,3 +1,5 @@
+#include "app/CommandLine.h"
+#include "app/DesktopInstance.h"
 #include "app/modMain.h"
 #include "context/AppContext.h"
 #include "platform/TerminationSignal.h"
@@ -5,6 +7,7 @@
 #include "ui/frmMain.h"
 
 #include <QApplication>
+#include <QIcon>
 #include <QWidget>
 
 // The windowed program: the application object and the two start modes.
@@ -12,6 +15,16 @@
 int runWindowedProgram(int argc, char** argv, const QStringList& args) {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Quillmere Pad"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.quillmere.QuillmerePad"));
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/quillmere-pad.svg")));
+
+    // Files opened from a file manager go to the program already running.
+    DesktopInstance desktop;
+    const Invocation invocation = classifyArguments(args);
+    if (invocation.kind == Invocation::Kind::Windowed && !invocation.files.isEmpty() &&
+        desktop.handOver(invocation.files)) {
+        return 0;
+    }
 
     auto host = std::make_unique<QtMainWindowHost>();
     QtMainWindowHost* window = host.get();
@@ -48,6 +61,20 @@ int runWindowedProgram(int argc, char** argv, const QStringList& args) {
         for (const QString& path : program.filesToOpen()) {
             window->window()->openDocumentFile(path);
         }
+        desktop.claim([window](const QStringList& files) {
+            frmMain* main = window->window();
+            if (!main) {
+                return;
+            }
+            for (const QString& path : files) {
+                main->openDocumentFile(path);
+            }
+            if (main->isMinimized()) {
+                main->showNormal();
+            }
+            main->raise();
+            main->activateWindow();
+        });
     }
     QApplication::setQuitOnLastWindowClosed(true);
     return QApplication::exec();

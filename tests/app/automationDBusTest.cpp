@@ -11,6 +11,8 @@
 #include <QDBusMetaType>
 #include <QDBusVariant>
 #include <QDeadlineTimer>
+#include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QObject>
 #include <QProcess>
@@ -343,6 +345,69 @@ TEST(automationDBusTest, AProgramWhoseHostLeftBeforeOpeningEndsInsteadOfWaiting)
     EXPECT_FALSE(served());
     waitFor([&] { return host.listener.heard > 0; }, 2000);
     EXPECT_EQ(host.listener.heard, 1);
+}
+
+// A file manager starts the program with a file while it runs: the running
+// program opens it and the new process ends.
+TEST(automationDBusTest, AFileOpenedWhileTheProgramRunsGoesToTheRunningOne) {
+    TestEnvironment env;
+    const QString desktopName = QStringLiteral("org.quillmere.QuillmerePad.Desktop");
+    const QString first = env.path("letters/first.qmw");
+    const QString second = env.path("letters/second letter.qmw");
+    for (const QString& path : {first, second}) {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("{\\rtf1\\ansi Dear client,\\par}");
+    }
+    // A practice set up as the run command sets one up, so that the program
+    // starts without a question.
+    QProcess setUp;
+    setUp.start(QStringLiteral(QM_EXECUTABLE), {QStringLiteral("install-sample")});
+    ASSERT_TRUE(setUp.waitForFinished(60000));
+    ASSERT_EQ(setUp.exitCode(), 0) << setUp.readAllStandardError().toStdString();
+    QProcess running;
+    running.start(QStringLiteral(QM_EXECUTABLE), {first});
+    waitFor([&] { return bus().interface()->isServiceRegistered(desktopName).value(); }, 30000);
+    ASSERT_TRUE(bus().interface()->isServiceRegistered(desktopName).value())
+        << running.readAllStandardError().toStdString();
+
+    // Started from the file's folder with a relative name, as a shell would.
+    QProcess later;
+    later.setWorkingDirectory(env.path("letters"));
+    later.start(QStringLiteral(QM_EXECUTABLE), {QStringLiteral("second letter.qmw")});
+    ASSERT_TRUE(later.waitForFinished(20000));
+    EXPECT_EQ(later.exitCode(), 0) << later.readAllStandardError().toStdString();
+    EXPECT_EQ(running.state(), QProcess::Running);
+
+    // The running program put it at the head of its recent files.
+    auto settingsName = [&] {
+        QDirIterator it(QDir::homePath(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+        const QString config = qEnvironmentVariable("XDG_CONFIG_HOME");
+        QStringList files;
+        while (it.hasNext()) {
+            files << it.next();
+        }
+        QDirIterator more(config, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+        while (!config.isEmpty() && more.hasNext()) {
+            files << more.next();
+        }
+        for (const QString& name : files) {
+            QFile file(name);
+            if (file.size() < 100000 && file.open(QIODevice::ReadOnly) &&
+                QString::fromUtf8(file.readAll()).contains(second)) {
+                return name;
+            }
+        }
+        return QString();
+    };
+    waitFor([&] { return !settingsName().isEmpty(); }, 10000);
+    EXPECT_FALSE(settingsName().isEmpty())
+        << "the running program did not open " << second.toStdString();
+
+    running.terminate();
+    running.waitForFinished(20000);
+    waitFor([&] { return !bus().interface()->isServiceRegistered(desktopName).value(); }, 5000);
+    EXPECT_FALSE(bus().interface()->isServiceRegistered(desktopName).value());
 }
 
 #include "automationDBusTest.moc"
