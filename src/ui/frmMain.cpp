@@ -367,6 +367,13 @@ void frmMain::addDocumentWindow(frmDocument* document, const QString& caption) {
     QMdiSubWindow* sub = m_area->addSubWindow(document);
     sub->setAttribute(Qt::WA_DeleteOnClose);
     sub->setWindowTitle(caption);
+    // The frame's own window menu puts Close on Ctrl+W as well; two owners
+    // make the key do nothing. File > Close, which asks about saving, keeps it.
+    if (QMenu* frameMenu = sub->systemMenu()) {
+        for (QAction* action : frameMenu->actions()) {
+            action->setShortcut(QKeySequence());
+        }
+    }
     connect(document->pageView(), &PageView::contextMenuWanted, this,
             [this](const QPoint& at) { m_commands->popupMenu()->exec(at); });
     connect(&document->rtfText(), &RichTextBox::changed, this, &frmMain::refreshMenuStatus);

@@ -24,6 +24,7 @@
 #include <QScrollBar>
 #include <QStatusBar>
 #include <QTabBar>
+#include <QTest>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QToolBar>
@@ -412,4 +413,15 @@ TEST_F(MainWindowTest, RulerLinesUpWithTheSheetAndFollowsScrollAndZoom) {
     QApplication::processEvents();
     EXPECT_EQ(zoom->currentText(), QStringLiteral("100%"));
     EXPECT_EQ(ruler->followed(), editor()->pageView());
+}
+
+TEST_F(MainWindowTest, CtrlWClosedNothingBecauseTheDocumentFrameHeldTheSameKey) {
+    window.newDocument(1);
+    QApplication::processEvents();
+    ASSERT_EQ(window.MDIArea()->subWindowList().size(), 1);
+    QApplication::setActiveWindow(&window);
+    editor()->pageView()->setFocus();
+    QTest::keyClick(editor()->pageView(), Qt::Key_W, Qt::ControlModifier);
+    QApplication::processEvents();
+    EXPECT_TRUE(window.MDIArea()->subWindowList().isEmpty());
 }
