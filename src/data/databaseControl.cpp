@@ -25,6 +25,7 @@
 #include <algorithm>
 #include <list>
 #include <optional>
+#include <utility>
 
 namespace {
 
@@ -244,11 +245,14 @@ void databaseControl::refuseWriteIfReadOnly(const QString& what) const {
 void databaseControl::disconnect() {
     // What a running batch wrote is kept, as its end would keep it.
     if (m_batchOpen) {
+        // Committed for good: no new transaction on a closing connection.
+        const int holders = std::exchange(m_readHolders, 0);
         try {
             commitWriteBatch();
         } catch (const QmError& fault) {
             m_lastError = fault.description();
         }
+        m_readHolders = holders;
     }
     m_sets.clear();
     m_schemaVersion = -1;
@@ -325,7 +329,7 @@ int databaseControl::openRecordset(const QString& sql, int /*cursorType*/, int l
     // the driver crashes on a result wider than the one it prepared for.
     // Only a fresh connection clears all it keeps; the record sets already
     // read stay as they are.
-    if (m_lookups) {
+    if (m_lookups && !(m_batchOpen && m_schemaCheckedInBatch)) {
         int version = m_lookups->schemaVersion();
         if (m_schemaVersion != -1 && version != m_schemaVersion) {
             auto sets = std::move(m_sets);
@@ -333,9 +337,12 @@ int databaseControl::openRecordset(const QString& sql, int /*cursorType*/, int l
             connect();
             m_sets = std::move(sets);
             requireConnection();
+            if (m_readHolders > 0 && m_batchDepth > 0)
+                openBatchTransaction();
             version = m_lookups->schemaVersion();
         }
         m_schemaVersion = version;
+        m_schemaCheckedInBatch = m_batchOpen;
     }
     StatementCache::Entry& entry = m_statements->get(translated.sql);
     QSqlQuery& query = entry.query;
@@ -633,12 +640,7 @@ void databaseControl::runInTransaction(const QString& sql, const QVariantList& p
 void databaseControl::runInBatch(const QString& sql, const QVariantList& parameters,
                                  qint64* insertedKey) {
     QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
-    if (!m_batchOpen) {
-        if (!db.transaction())
-            fail(QStringLiteral("Cannot start a transaction: %1")
-                     .arg(describeFailure(db.lastError())));
-        m_batchOpen = true;
-    }
+    openBatchTransaction();
     // A savepoint per write, so that a failing write is undone alone and the
     // batch's earlier writes stand.
     QString error;
@@ -659,8 +661,22 @@ void databaseControl::runInBatch(const QString& sql, const QVariantList& paramet
     fail(QStringLiteral("%1 [%2]").arg(error, sql));
 }
 
-void databaseControl::beginWriteBatch() {
+void databaseControl::openBatchTransaction() {
+    if (m_batchOpen || !m_connected)
+        return;
+    QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
+    if (!db.transaction())
+        fail(QStringLiteral("Cannot start a transaction: %1").arg(describeFailure(db.lastError())));
+    m_batchOpen = true;
+    m_schemaCheckedInBatch = false;
+}
+
+void databaseControl::beginWriteBatch(bool holdReads) {
     ++m_batchDepth;
+    if (holdReads) {
+        ++m_readHolders;
+        openBatchTransaction();
+    }
 }
 
 void databaseControl::commitWriteBatch() {
@@ -673,11 +689,19 @@ void databaseControl::commitWriteBatch() {
         db.rollback();
         fail(QStringLiteral("Cannot save the changes: %1").arg(error));
     }
+    // A deferred start: no lock is taken until the next read or write.
+    if (m_readHolders > 0 && m_batchDepth > 0)
+        openBatchTransaction();
 }
 
-void databaseControl::endWriteBatch() noexcept {
-    if (m_batchDepth == 0 || --m_batchDepth > 0)
+void databaseControl::endWriteBatch(bool heldReads) noexcept {
+    if (m_batchDepth == 0)
         return;
+    if (heldReads && m_readHolders > 0)
+        --m_readHolders;
+    if (--m_batchDepth > 0)
+        return;
+    m_readHolders = 0;
     try {
         commitWriteBatch();
     } catch (const QmError& fault) {

@@ -141,16 +141,21 @@ public:
     // share one transaction, so that a run of many small writes (a merge's
     // repairs and folder rows) pays for one durable commit instead of one
     // each. Every write still takes effect alone or not at all; a failing
-    // one is undone by itself and throws as outside a batch. Batches nest;
-    // the transaction starts at the first write, so a batch that only reads
-    // holds no lock on the host's file. commitWriteBatch() makes what the
-    // batch wrote durable now (a caller's checkpoint) and throws when the
-    // commit fails, with the batch's writes undone. Use WriteBatch.
-    void beginWriteBatch();
+    // one is undone by itself and throws as outside a batch. Batches nest.
+    // By default the transaction starts at the first write, so a batch that
+    // only reads holds no lock on the host's file. With `holdReads` it
+    // starts at once and again after every commit, so that the reads between
+    // two commits share one snapshot instead of taking and dropping the
+    // file's lock each: the caller then commits often (a merge does every
+    // 200 ms) to keep the host's writes waiting no longer than that.
+    // commitWriteBatch() makes what the batch wrote durable now (a caller's
+    // checkpoint) and throws when the commit fails, with the batch's writes
+    // undone. Use WriteBatch.
+    void beginWriteBatch(bool holdReads = false);
     void commitWriteBatch();
     // Commits what is pending when the outermost batch ends. Never throws:
     // a failure is left in lastError(); callers that must know commit first.
-    void endWriteBatch() noexcept;
+    void endWriteBatch(bool heldReads = false) noexcept;
     bool inWriteBatch() const { return m_batchDepth > 0; }
 
     // Appends the column's value of every row to the model as items (text
@@ -216,7 +221,12 @@ private:
     int m_nextHandle = 1;
     qint64 m_statementCount = 0;
     int m_batchDepth = 0;
+    int m_readHolders = 0;    // batches that keep a transaction open for their reads
     bool m_batchOpen = false; // a transaction of the batch is running
+    // The schema cannot change under a running transaction: checked once in it.
+    bool m_schemaCheckedInBatch = false;
+
+    void openBatchTransaction();
 };
 
 // The scope of a write batch (see beginWriteBatch). What it wrote is
@@ -224,12 +234,17 @@ private:
 // merge that stops half-way keeps the repairs and folders it made.
 class WriteBatch {
 public:
-    explicit WriteBatch(databaseControl& db) : m_db(db) { m_db.beginWriteBatch(); }
-    ~WriteBatch() { m_db.endWriteBatch(); }
+    enum class Reads { Free, Held };
+    explicit WriteBatch(databaseControl& db, Reads reads = Reads::Free) : m_db(db) {
+        m_db.beginWriteBatch(reads == Reads::Held);
+        m_holds = reads == Reads::Held;
+    }
+    ~WriteBatch() { m_db.endWriteBatch(m_holds); }
     WriteBatch(const WriteBatch&) = delete;
     WriteBatch& operator=(const WriteBatch&) = delete;
     void commit() { m_db.commitWriteBatch(); }
 
 private:
     databaseControl& m_db;
+    bool m_holds = false;
 };

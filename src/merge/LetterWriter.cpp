@@ -3,6 +3,7 @@
 #include "platform/errorClass.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 #include <QUuid>
@@ -29,15 +30,17 @@ void LetterWriter::sweep(const QString& folder) {
         return;
     }
     m_sweptFolders.insert(folder);
-    const QDir dir(folder);
-    const QStringList left = dir.entryList({QLatin1Char('*') + kTemporarySuffix},
-                                           QDir::Files | QDir::Hidden | QDir::System);
-    for (const QString& name : left) {
-        if (!isTemporaryName(name)) {
-            continue;
+    // Matched by hand: a name filter would build a pattern for every folder.
+    QStringList left;
+    for (QDirIterator it(folder, QDir::Files | QDir::Hidden | QDir::System); it.hasNext();) {
+        it.next();
+        if (isTemporaryName(it.fileName())) {
+            left << it.filePath();
         }
+    }
+    for (const QString& path : left) {
         // A temporary that cannot be removed is harmless; the letters are not.
-        QFile::remove(dir.filePath(name));
+        QFile::remove(path);
     }
 }
 

@@ -101,10 +101,14 @@ bool MergeResultDocument::createMergeDocument(ProgressReporter& progress) {
     // A first merge repairs clients as it reads them (default contacts);
     // those writes commit together every few hundred records rather than
     // one durable commit each, and never hold the host's file for long.
+    // The reads between two commits share one snapshot, so each lookup does
+    // not take and drop the file's lock again.
     std::optional<WriteBatch> repairs;
     if (db && db->isConnected()) {
-        repairs.emplace(*db);
+        repairs.emplace(*db, WriteBatch::Reads::Held);
     }
+    // One firm for the whole run: it cannot change under the snapshot.
+    std::optional<int> firmID;
     constexpr int kRecordsPerCommit = 256;
     constexpr qint64 kMostMillisecondsPerCommit = 200;
     QElapsedTimer sinceCommit;
@@ -183,9 +187,11 @@ bool MergeResultDocument::createMergeDocument(ProgressReporter& progress) {
                 fields.initializeDataRecordsets(5, false, record.appointmentID, true, true, true,
                                                 true, true, company, contact);
             }
-            const int firmID = MergeLookups::getAccountantFirmID();
+            if (!firmID) {
+                firmID = MergeLookups::getAccountantFirmID();
+            }
             record.rtf =
-                fields.parseRTBComment(templateText, company, contact, record.scheduleID, firmID,
+                fields.parseRTBComment(templateText, company, contact, record.scheduleID, *firmID,
                                        record.appointmentID, -1, -1, false, true, true);
             record.emptyPlaceholders = fields.emptyPlaceholders();
             record.suspectValues = fields.suspectValues();
@@ -269,8 +275,13 @@ int MergeResultDocument::saveMergeDocument(ProgressReporter& progress, const QSt
     // the letters they file: one durable commit per batch, not per client.
     std::optional<WriteBatch> folderRows;
     if (app().database && app().database->isConnected()) {
-        folderRows.emplace(*app().database);
+        folderRows.emplace(*app().database, WriteBatch::Reads::Held);
     }
+    // Letters are filed (and the snapshot let go) at least this often, so
+    // that a host writing to the practice's file never waits long.
+    constexpr qint64 kMostMillisecondsPerSync = 200;
+    QElapsedTimer sinceSync;
+    sinceSync.start();
 
     auto fileStaged = [&] {
         QString syncFailure;
@@ -364,8 +375,10 @@ int MergeResultDocument::saveMergeDocument(ProgressReporter& progress, const QSt
                 }
             }
             staged.push_back(std::move(letter));
-            if (staged.size() >= kLettersPerSync) {
+            if (staged.size() >= kLettersPerSync ||
+                sinceSync.hasExpired(kMostMillisecondsPerSync)) {
                 fileStaged();
+                sinceSync.restart();
             }
             doEventsIfInputPending();
         }

@@ -51,26 +51,51 @@ QString FieldTable::value(int position, int column) const {
 }
 
 void FieldTable::sortOnFirstTwoColumns() {
-    auto less = [](const QString& a, const QString& b) {
-        bool okA = false;
-        bool okB = false;
-        const double x = a.trimmed().toDouble(&okA);
-        const double y = b.trimmed().toDouble(&okB);
-        if (okA && okB) {
-            return x < y;
-        }
-        return a < b;
+    // Each cell is read as a number once, not on every comparison: a merge
+    // sorts thousands of rows.
+    struct Key {
+        double number = 0;
+        bool numeric = false;
+        QString text;
     };
-    const int columns = m_columns;
-    std::stable_sort(m_rows.begin(), m_rows.end(), [&](const QStringList& r, const QStringList& s) {
-        if (less(r.at(0), s.at(0))) {
+    auto keyOf = [](const QString& cell) {
+        Key key;
+        key.number = cell.trimmed().toDouble(&key.numeric);
+        key.text = cell;
+        return key;
+    };
+    auto less = [](const Key& a, const Key& b) {
+        if (a.numeric && b.numeric) {
+            return a.number < b.number;
+        }
+        return a.text < b.text;
+    };
+    struct Row {
+        Key first;
+        Key second;
+        QStringList* cells;
+    };
+    const bool two = m_columns > 1;
+    std::vector<Row> rows;
+    rows.reserve(m_rows.size());
+    for (QStringList& cells : m_rows) {
+        rows.push_back({keyOf(cells.at(0)), two ? keyOf(cells.at(1)) : Key{}, &cells});
+    }
+    std::stable_sort(rows.begin(), rows.end(), [&](const Row& r, const Row& s) {
+        if (less(r.first, s.first)) {
             return true;
         }
-        if (less(s.at(0), r.at(0))) {
+        if (less(s.first, r.first)) {
             return false;
         }
-        return columns > 1 && less(r.at(1), s.at(1));
+        return two && less(r.second, s.second);
     });
+    decltype(m_rows) sorted;
+    sorted.reserve(m_rows.size());
+    for (const Row& row : rows) {
+        sorted.push_back(std::move(*row.cells));
+    }
+    m_rows = std::move(sorted);
     m_current = 0;
 }
 

@@ -104,6 +104,38 @@ TEST_F(WriteBatchTest, NestedBatchesCommitOnlyWhenTheOutermostEnds) {
     m_db->closeRecordset(h);
 }
 
+// A merge reads through a held batch: its reads share one lock, which a
+// host's write waits for only until the next commit; a batch that only
+// reads without holding leaves the host free.
+TEST_F(WriteBatchTest, HeldReadsKeepTheHostWaitingOnlyUntilTheCommit) {
+    hostExec(QStringLiteral("PRAGMA busy_timeout = 0"));
+    ASSERT_EQ(hostValue(QStringLiteral("PRAGMA journal_mode")).toString(),
+              QStringLiteral("delete"));
+    auto hostWrites = [&](const QString& date) {
+        QSqlQuery query(QSqlDatabase::database(m_hostConnection));
+        return query.exec(
+            QStringLiteral("UPDATE Schedule SET DueDate='%1' WHERE ScheduleID=300").arg(date));
+    };
+    {
+        WriteBatch batch(*m_db);
+        EXPECT_EQ(ownDueDate(), QStringLiteral("2023-03-31"));
+        EXPECT_TRUE(hostWrites(QStringLiteral("2023-04-30")));
+    }
+    {
+        WriteBatch batch(*m_db, WriteBatch::Reads::Held);
+        EXPECT_EQ(ownDueDate(), QStringLiteral("2023-04-30"));
+        EXPECT_FALSE(hostWrites(QStringLiteral("2023-05-31")));
+        EXPECT_EQ(ownDueDate(), QStringLiteral("2023-04-30"));
+        batch.commit();
+        EXPECT_TRUE(hostWrites(QStringLiteral("2023-05-31")));
+        // The batch goes on holding from its next read, which sees the write.
+        EXPECT_EQ(ownDueDate(), QStringLiteral("2023-05-31"));
+        EXPECT_FALSE(hostWrites(QStringLiteral("2023-06-30")));
+    }
+    EXPECT_TRUE(hostWrites(QStringLiteral("2023-06-30")));
+    EXPECT_FALSE(m_db->inWriteBatch());
+}
+
 TEST_F(WriteBatchTest, DisconnectingKeepsWhatTheBatchWrote) {
     const int h = openSchedule();
     WriteBatch batch(*m_db);
