@@ -68,11 +68,15 @@ QString clientFolder(const QString& keyColumn, int id, const QString& subfolder,
         index->remember(keyColumn, id, relative);
         return result;
     }
-    // The client's own row, opened by its key for the write.
+    // The client's own row, opened by its key for the write. A client the
+    // index has no row for gets one without a search: the column has no
+    // index, and a first merge would otherwise read the table once a client.
+    const QString where = stored ? QStringLiteral("ClientDocumentStorage.") + keyColumn +
+                                       QStringLiteral(" = ") + QString::number(id)
+                                 : QStringLiteral("1 = 0");
     const int rs = db->openRecordset(
-        QStringLiteral("SELECT ClientDocumentStorage.* FROM ClientDocumentStorage WHERE "
-                       "ClientDocumentStorage.") +
-            keyColumn + QStringLiteral(" = ") + QString::number(id) + QLatin1Char(';'),
+        QStringLiteral("SELECT ClientDocumentStorage.* FROM ClientDocumentStorage WHERE ") + where +
+            QLatin1Char(';'),
         databaseControl::KeysetCursor, databaseControl::OptimisticLock);
     try {
         if (db->hasRecords(rs)) {
