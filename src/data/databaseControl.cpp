@@ -107,20 +107,30 @@ public:
     explicit StatementCache(QSqlDatabase db) : m_db(std::move(db)) {}
 
     Entry& get(const QString& sql) {
+        QSqlError error;
+        if (Entry* entry = find(sql, error)) {
+            return *entry;
+        }
+        throw QmError(
+            QmError::DatabaseError,
+            QStringLiteral("%1: %2 [%3]")
+                .arg(DatabaseFailure::reason(error.nativeErrorCode().toInt(), error.databaseText()),
+                     error.text(), sql));
+    }
+
+    // The same without throwing: null, with the engine's error, when the
+    // statement cannot be prepared.
+    Entry* find(const QString& sql, QSqlError& error) {
         const auto found = m_index.constFind(sql);
         if (found != m_index.constEnd()) {
             m_entries.splice(m_entries.begin(), m_entries, found.value());
-            return m_entries.front();
+            return &m_entries.front();
         }
         QSqlQuery query(m_db);
         query.setForwardOnly(true);
         if (!query.prepare(sql)) {
-            const QSqlError error = query.lastError();
-            throw QmError(QmError::DatabaseError,
-                          QStringLiteral("%1: %2 [%3]")
-                              .arg(DatabaseFailure::reason(error.nativeErrorCode().toInt(),
-                                                           error.databaseText()),
-                                   error.text(), sql));
+            error = query.lastError();
+            return nullptr;
         }
         m_entries.push_front(Entry{sql, std::move(query), false, {}, {}});
         m_index.insert(sql, m_entries.begin());
@@ -128,7 +138,7 @@ public:
             m_index.remove(m_entries.back().sql);
             m_entries.pop_back();
         }
-        return m_entries.front();
+        return &m_entries.front();
     }
 
 private:
@@ -600,14 +610,21 @@ QVariant databaseControl::toStorage(const Recordset& rs, int column, const QVari
 
 bool databaseControl::execute(const QString& sql, const QVariantList& parameters,
                               qint64* insertedKey, QString* error) {
-    QSqlQuery query(QSqlDatabase::database(m_connectionName, false));
-    bool ok = query.prepare(sql);
-    if (ok) {
-        for (int i = 0; i < parameters.size(); ++i)
-            query.bindValue(i, parameters[i]);
-        ++m_statementCount;
-        ok = query.exec();
+    // Writes repeat a few shapes (and the savepoints around each), so they
+    // are kept prepared as the reads are.
+    QSqlError prepareError;
+    StatementCache::Entry* entry = m_statements ? m_statements->find(sql, prepareError) : nullptr;
+    if (!entry) {
+        if (error)
+            *error = describeFailure(m_statements ? prepareError
+                                                  : QSqlError(QStringLiteral("Not connected")));
+        return false;
     }
+    QSqlQuery& query = entry->query;
+    for (int i = 0; i < parameters.size(); ++i)
+        query.bindValue(i, parameters[i]);
+    ++m_statementCount;
+    const bool ok = query.exec();
     if (!ok && error)
         *error = describeFailure(query.lastError());
     if (ok && insertedKey)
