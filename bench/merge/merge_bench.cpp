@@ -264,6 +264,7 @@ int main(int argc, char** argv) {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
+    prepareProcessEnvironment();
     QGuiApplication application(argc, argv);
     const QStringList args = application.arguments();
     auto option = [&](const char* name, double fallback) {

@@ -151,3 +151,9 @@ QStringList positionalArguments(const QStringList& args, const QStringList& opti
     }
     return result;
 }
+
+void prepareProcessEnvironment() {
+    if (!qEnvironmentVariableIsSet("TZ")) {
+        qputenv("TZ", ":/etc/localtime");
+    }
+}

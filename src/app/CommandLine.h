@@ -42,6 +42,11 @@ QString usageText();
 
 // Runs it; the caller has made the application object.
 int runHeadlessCommand(const QStringList& args, CommandIO& io);
+// Settings of the process made before anything else runs (the program's
+// and the benchmarks' main): with TZ unset the C library reads the zone
+// file again on every local-time conversion, thousands of times a merge,
+// so TZ is made to name the same zone file, read once.
+void prepareProcessEnvironment();
 
 // Small helpers shared by the handlers: "--name value" options.
 std::optional<QString> optionValue(const QStringList& args, const QString& name);

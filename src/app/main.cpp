@@ -36,6 +36,7 @@ void dropRuntimeFolderWarning(QtMsgType type, const QMessageLogContext& context,
 } // namespace
 
 int main(int argc, char** argv) {
+    prepareProcessEnvironment();
     QStringList args;
     for (int i = 1; i < argc; ++i) {
         // File names are taken as the file system gives them, UTF-8 or not.
