@@ -7,6 +7,7 @@
 #include "files/modQuickPicks.h"
 #include "platform/MsgboxClass.h"
 #include "ui/CommandActions.h"
+#include "ui/OptionsCommands.h"
 #include "ui/QuickPicksBar.h"
 #include "ui/frmAbout.h"
 #include "ui/frmDocInfo.h"
@@ -49,6 +50,11 @@ AccessoryCommands::AccessoryCommands(frmMain& window)
     window.addDockWidget(Qt::LeftDockWidgetArea, m_quickPicks);
     m_quickPicks->setOpener([this](const QString& path) { openQuickPick(path); });
     m_quickPicks->setFolderButtonAction([this] { openTemplateFolderWizard(); });
+    // A templates folder chosen in Tools > Options moves the list there.
+    if (OptionsCommands* options = window.options()) {
+        connect(options, &OptionsCommands::templatesFolderChanged, this,
+                [this](const QString& folder) { m_quickPicks->refreshFileList(folder); });
+    }
     window.commands()->action(kShowQuickPicks)->setChecked(true);
     // F11 reaches the full-screen command wherever the focus is in the
     // window, even with the standard tool bar hidden.

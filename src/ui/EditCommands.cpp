@@ -2,11 +2,13 @@
 
 #include "context/AppContext.h"
 #include "platform/MsgboxClass.h"
+#include "ui/AccessoryCommands.h"
 #include "ui/FontDialog.h"
 #include "ui/PageView.h"
 #include "ui/frmDocument.h"
 #include "ui/frmFind.h"
 #include "ui/frmGoTo.h"
+#include "ui/frmHelp.h"
 #include "ui/frmMain.h"
 
 #include <QComboBox>
@@ -115,6 +117,11 @@ frmFind* EditCommands::findDialog() {
         m_find = new frmFind(
             m_search, [this] { return activeDocument(); }, &m_window);
         m_find->setWindowFlag(Qt::Tool);
+        m_find->setHelp([this] {
+            if (auto* accessories = m_window.findChild<AccessoryCommands*>()) {
+                accessories->showHelp(frmHelp::Editing);
+            }
+        });
     }
     return m_find;
 }

@@ -6,8 +6,10 @@
 #include "spell/QtPrinters.h"
 #include "support/TestEnvironment.h"
 #include "ui/CommandActions.h"
+#include "ui/LiveSpellChecker.h"
 #include "ui/MainWindowPosition.h"
 #include "ui/OptionsCommands.h"
+#include "ui/QuickPicksBar.h"
 #include "ui/RecentFilesMenu.h"
 #include "ui/frmMain.h"
 #include "ui/frmOptions.h"
@@ -183,6 +185,25 @@ TEST_F(MainWindowSettingsTest, ApplyShowsTheBarsAtOnceAndTheyComeBackAfterAResta
     EXPECT_TRUE(restarted->statusBar()->isHidden());
 }
 
+TEST_F(MainWindowSettingsTest, LiveSpellingIsSwitchedInOptionsAndStaysSwitchedAfterARestart) {
+    ASSERT_TRUE(LiveSpellChecker::isEnabled()) << "on in a new settings file";
+    std::unique_ptr<frmOptions> dialog = window->options()->createDialog();
+    dialog->show();
+    QCheckBox* live = control<QCheckBox>(*dialog, "chkLiveSpelling");
+    EXPECT_TRUE(live->isChecked());
+    live->setChecked(false);
+    control<QAbstractButton>(*dialog, "cmdOK")->click();
+    EXPECT_FALSE(LiveSpellChecker::isEnabled());
+    EXPECT_EQ(setting("QuillmerePadSettings", "LiveSpelling"), QStringLiteral("False"));
+
+    dialog.reset();
+    window.reset();
+    LiveSpellChecker::setEnabled(true);
+    const std::unique_ptr<frmMain> restarted = startWindow();
+    EXPECT_FALSE(LiveSpellChecker::isEnabled());
+    LiveSpellChecker::setEnabled(true);
+}
+
 TEST_F(MainWindowSettingsTest, CancelChangesNothing) {
     const QByteArray before = readTestFile(ini.INIFile());
     const std::unique_ptr<frmOptions> dialog = window->options()->createDialog();
@@ -225,6 +246,10 @@ TEST_F(MainWindowSettingsTest, OkFromTheMenuMovesTheTemplatesFolderAndRestylesTh
     EXPECT_EQ(QDir(folders.getTemplatesFolder()), QDir(other));
     ASSERT_EQ(moved.size(), 1);
     EXPECT_EQ(moved.front().front().toString(), folders.getTemplatesFolder());
+    // Quick Picks lists the new folder at once.
+    const auto* quickPicks = window->findChild<QuickPicksBar*>(QStringLiteral("picFileBar"));
+    ASSERT_NE(quickPicks, nullptr);
+    EXPECT_EQ(QDir(quickPicks->folder()), QDir(other));
     EXPECT_EQ(setting("DocumentTabs", "Style"), QStringLiteral("1"));
     EXPECT_EQ(setting("DocumentTabs", "ViewIcon"), QStringLiteral("True"));
     // The tab strip is refreshed when the dialog closes.
