@@ -58,7 +58,7 @@ QString buttonText(const QString& key) {
         {QStringLiteral("StrikeThru"), QStringLiteral("Strikethrough")},
         {QStringLiteral("SaveAll"), QStringLiteral("Save All")},
         {QStringLiteral("FullScreen"), QStringLiteral("Full Screen")},
-        {QStringLiteral("WordWrap"), QStringLiteral("Word Wrap")},
+        {QStringLiteral("WordWrap"), QStringLiteral("Toggle Word Wrap")},
         {QStringLiteral("SpellCheck"), QStringLiteral("Spell Check")},
     };
     return texts.value(key, key);
@@ -111,7 +111,10 @@ void CommandActions::buildActions() {
         for (const ToolBarButton& b : bar.buttons) {
             if (!m_actions.contains(b.command)) {
                 QAction* action = makeAction(b.command, buttonText(b.key));
-                action->setCheckable(bar.name == QLatin1String("tbrFormat"));
+                // The format buttons show the selection; Word Wrap shows
+                // the wrap mode of the active document.
+                action->setCheckable(bar.name == QLatin1String("tbrFormat") ||
+                                     b.key == QLatin1String("WordWrap"));
             }
         }
     }
