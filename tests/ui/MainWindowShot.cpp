@@ -34,8 +34,10 @@ int main(int argc, char** argv) {
     }
     window->showNormal();
     window->resize(1200, 800);
-    // Every bar on, the window bar and the ruler too, which start hidden.
-    for (const char* bar : {"mnuViewToolbarWindow", "mnuViewRuler"}) {
+    // Every bar on, and the ruler: a new settings file leaves the file, edit
+    // and window bars and the ruler hidden.
+    for (const char* bar :
+         {"mnuViewToolbarFile", "mnuViewToolbarEdit", "mnuViewToolbarWindow", "mnuViewRuler"}) {
         QAction* item = window->commands()->action(QLatin1String(bar));
         if (!item->isChecked()) {
             item->trigger();
