@@ -88,7 +88,9 @@ LiveSpellChecker::LiveSpellChecker(frmDocument& document)
     connect(view->verticalScrollBar(), &QScrollBar::valueChanged, this,
             [this] { schedule(kScrollPauseMs); });
     view->viewport()->installEventFilter(this);
-    schedule(0);
+    // Not at once: the first check loads the word list, and the window is
+    // painted first.
+    schedule(kTypingPauseMs);
 }
 
 LiveSpellChecker::~LiveSpellChecker() {
