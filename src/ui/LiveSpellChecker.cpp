@@ -188,9 +188,11 @@ void LiveSpellChecker::addWord(const QString& word) {
     if (reason.isEmpty()) {
         try {
             spell->wordDatabase().Database_Add(word.toLower());
-        } catch (const QmError&) {
-            reason = QStringLiteral("the word list \"%1\" cannot be written")
-                         .arg(QDir::toNativeSeparators(spell->databasePath()));
+        } catch (const QmError& fault) {
+            const QString list = QDir::toNativeSeparators(spell->databasePath());
+            reason = fault.number() == QmError::PermissionDenied
+                         ? QStringLiteral("the word list \"%1\" is read-only").arg(list)
+                         : QStringLiteral("the word list \"%1\" cannot be written").arg(list);
         }
     }
     if (!reason.isEmpty()) {
