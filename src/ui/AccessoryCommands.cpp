@@ -23,6 +23,7 @@
 #include <QEvent>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QTimer>
 
 namespace {
 
@@ -70,6 +71,10 @@ frmFScreen* AccessoryCommands::fullScreen() const {
     return m_fullScreen.data();
 }
 
+frmTip* AccessoryCommands::startupTip() const {
+    return m_startupTip.data();
+}
+
 frmHelp* AccessoryCommands::help() const {
     return m_help.data();
 }
@@ -105,12 +110,24 @@ bool AccessoryCommands::eventFilter(QObject* watched, QEvent* event) {
             applyQuickPicksSetting();
             m_quickPicks->refreshFileList(
                 app().workingFolders ? app().workingFolders->getTemplatesFolder() : QString());
+            // Once the window is up, and only for a user who starts the
+            // program, not for a host that drives it.
+            if (app().isStandAlone && frmTip::showAtStartup()) {
+                QTimer::singleShot(0, this, [this] { showTipAtStartup(); });
+            }
         } else if (event->type() == QEvent::WindowActivate && m_shownOnce) {
             // A folder that came back (or went) since the last look.
             m_quickPicks->refreshFileList();
         }
     }
     return QObject::eventFilter(watched, event);
+}
+
+void AccessoryCommands::showTipAtStartup() {
+    auto* tip = new frmTip(&m_window);
+    tip->setAttribute(Qt::WA_DeleteOnClose);
+    m_startupTip = tip;
+    tip->open();
 }
 
 void AccessoryCommands::applyQuickPicksSetting() {
