@@ -10,6 +10,9 @@ class TipOfTheDay {
 public:
     static constexpr const char* SettingsSection = "QuillmerePadSettings";
     static constexpr const char* SettingsKey = "LastTipOfTheDay";
+    // Whether the window opens by itself when the program starts, in the
+    // same section; off in a new settings file.
+    static constexpr const char* StartupKey = "ShowTipsAtStartup";
 
     // Tips are separated by blank lines; lines within a tip are joined with
     // a space; lines starting with "#" are notes for whoever edits the file.

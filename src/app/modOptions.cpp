@@ -6,6 +6,8 @@ namespace {
 
 const QString kDocument = QStringLiteral("Document");
 const QString kTabs = QStringLiteral("DocumentTabs");
+const QString kView = QStringLiteral("QuillmerePadSettings");
+const QString kLiveSpelling = QStringLiteral("LiveSpelling");
 
 QString truth(bool value) {
     return value ? QStringLiteral("True") : QStringLiteral("False");
@@ -92,6 +94,7 @@ OptionsData Getdata(clsINI* ini, const OptionsContext& context) {
     data.drawFocusRect = tabs.focusRectangle;
     data.drawIcons = tabs.icons;
     data.templatesFolder = context.templatesFolder;
+    data.liveSpelling = readLiveSpellingSetting(ini);
     return data;
 }
 
@@ -107,6 +110,7 @@ std::vector<SettingWrite> optionWrites(const OptionsData& data) {
     writes.push_back({kTabs, QStringLiteral("Style"), QString::number(data.tabStyle)});
     writes.push_back({kTabs, QStringLiteral("ViewFocusRectangle"), truth(data.drawFocusRect)});
     writes.push_back({kTabs, QStringLiteral("ViewIcon"), truth(data.drawIcons)});
+    writes.push_back({kView, kLiveSpelling, truth(data.liveSpelling)});
     return writes;
 }
 
@@ -117,6 +121,10 @@ void SetData(clsINI* ini, const OptionsData& data) {
     for (const SettingWrite& w : optionWrites(data)) {
         ini->setKeyValue(w.section, w.key, w.value);
     }
+}
+
+bool readLiveSpellingSetting(clsINI* ini) {
+    return clsINI::isTrueValue(read(ini, kView, kLiveSpelling, QStringLiteral("1")));
 }
 
 TabStripSettings readTabStripSettings(clsINI* ini) {

@@ -45,6 +45,8 @@ struct OptionsData {
     bool drawFocusRect = false;
     bool drawIcons = false;
     QString templatesFolder;
+    // Red wavy lines under misspelled words as the user types.
+    bool liveSpelling = true;
 
     bool checked(const QString& control) const { return checks.value(control, false); }
 };
@@ -74,7 +76,8 @@ struct SettingWrite {
 };
 // The writes of SetData, in order: DefaultFont, DefaultFontSize, the seven
 // tool bars, the three View keys, WindowState, Style, ViewFocusRectangle,
-// ViewIcon. Check boxes are written "True" or "False", lists as the index.
+// ViewIcon, then the live-spelling switch. Check boxes are written "True" or
+// "False", lists as the index.
 std::vector<SettingWrite> optionWrites(const OptionsData& data);
 // Writes them; nothing without a settings object.
 void SetData(clsINI* ini, const OptionsData& data);
@@ -87,6 +90,10 @@ struct TabStripSettings {
     bool icons = false;
 };
 TabStripSettings readTabStripSettings(clsINI* ini);
+
+// Whether misspelled words are underlined as the user types: key
+// LiveSpelling of QuillmerePadSettings, on unless the file says otherwise.
+bool readLiveSpellingSetting(clsINI* ini);
 
 // A list index stored as text: the number when it is one of 0 .. count-1,
 // otherwise the fallback (junk in the file must not pick a list entry that

@@ -222,10 +222,12 @@ bool insertPicture(RichTextBox& page, const QString& picturesFolder, int textWid
     }
     const std::optional<QString> path = dialogs->openFileName(
         QStringLiteral("Select picture to open"), picturesFolder,
-        dialogFilter(QStringLiteral("Image Files (*.jpg;*.jpeg;*.bmp;*.gif)|*.jpg;*.jpeg;*.bmp;"
-                                    "*.gif|Bitmaps (*.bmp;*.dib)|*.bmp;*.dib|GIF Images "
-                                    "(*.gif)|*.gif|JPEG Images (*.jpg)|*.jpg|All Files "
-                                    "(*.*)|*.*")));
+        // PNG among the picture kinds too: it is what screenshots and most
+        // logos come as today.
+        dialogFilter(QStringLiteral("Image Files (*.png;*.jpg;*.jpeg;*.bmp;*.gif)|*.png;*.jpg;"
+                                    "*.jpeg;*.bmp;*.gif|Bitmaps (*.bmp;*.dib)|*.bmp;*.dib|GIF "
+                                    "Images (*.gif)|*.gif|JPEG Images (*.jpg)|*.jpg|PNG Images "
+                                    "(*.png)|*.png|All Files (*.*)|*.*")));
     if (!path || path->isEmpty()) {
         return false;
     }

@@ -76,6 +76,21 @@ std::optional<QString> clsSpellCheck::loadListFile(const QString& path) {
     return std::nullopt;
 }
 
+namespace {
+
+// A line of zero bytes alone: what an Add to the shipped list leaves at the
+// top of the file (the two bytes behind its last line end become a line of
+// their own and sort first). It holds no word and is no damage.
+bool zeroLine(const QByteArray& text, qsizetype lineStart) {
+    qsizetype i = lineStart;
+    while (i < text.size() && text.at(i) == '\0') {
+        ++i;
+    }
+    return i > lineStart && text.mid(i, 2) == "\r\n";
+}
+
+} // namespace
+
 bool isWordListText(const QByteArray& text) {
     // What stands behind the last line end is dropped on loading (the
     // shipped list ends in two zero bytes there), so only the lines count.
@@ -83,10 +98,20 @@ bool isWordListText(const QByteArray& text) {
     if (end < 0) {
         return false;
     }
+    qsizetype lineStart = 0;
     for (qsizetype i = 0; i < end; ++i) {
         const auto c = static_cast<unsigned char>(text.at(i));
-        if (c < 0x20 && !(c == '\r' && text.at(i + 1) == '\n') &&
-            !(c == '\n' && i > 0 && text.at(i - 1) == '\r')) {
+        if (c == '\n' && i > 0 && text.at(i - 1) == '\r') {
+            lineStart = i + 1;
+            continue;
+        }
+        if (c == '\r' && text.at(i + 1) == '\n') {
+            continue;
+        }
+        if (c == 0 && zeroLine(text, lineStart)) {
+            continue;
+        }
+        if (c < 0x20) {
             return false;
         }
     }

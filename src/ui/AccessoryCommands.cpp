@@ -7,6 +7,7 @@
 #include "files/modQuickPicks.h"
 #include "platform/MsgboxClass.h"
 #include "ui/CommandActions.h"
+#include "ui/OptionsCommands.h"
 #include "ui/QuickPicksBar.h"
 #include "ui/frmAbout.h"
 #include "ui/frmDocInfo.h"
@@ -22,6 +23,7 @@
 #include <QEvent>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QTimer>
 
 namespace {
 
@@ -49,6 +51,11 @@ AccessoryCommands::AccessoryCommands(frmMain& window)
     window.addDockWidget(Qt::LeftDockWidgetArea, m_quickPicks);
     m_quickPicks->setOpener([this](const QString& path) { openQuickPick(path); });
     m_quickPicks->setFolderButtonAction([this] { openTemplateFolderWizard(); });
+    // A templates folder chosen in Tools > Options moves the list there.
+    if (OptionsCommands* options = window.options()) {
+        connect(options, &OptionsCommands::templatesFolderChanged, this,
+                [this](const QString& folder) { m_quickPicks->refreshFileList(folder); });
+    }
     window.commands()->action(kShowQuickPicks)->setChecked(true);
     // F11 reaches the full-screen command wherever the focus is in the
     // window, even with the standard tool bar hidden.
@@ -62,6 +69,10 @@ AccessoryCommands::AccessoryCommands(frmMain& window)
 
 frmFScreen* AccessoryCommands::fullScreen() const {
     return m_fullScreen.data();
+}
+
+frmTip* AccessoryCommands::startupTip() const {
+    return m_startupTip.data();
 }
 
 frmHelp* AccessoryCommands::help() const {
@@ -99,12 +110,24 @@ bool AccessoryCommands::eventFilter(QObject* watched, QEvent* event) {
             applyQuickPicksSetting();
             m_quickPicks->refreshFileList(
                 app().workingFolders ? app().workingFolders->getTemplatesFolder() : QString());
+            // Once the window is up, and only for a user who starts the
+            // program, not for a host that drives it.
+            if (app().isStandAlone && frmTip::showAtStartup()) {
+                QTimer::singleShot(0, this, [this] { showTipAtStartup(); });
+            }
         } else if (event->type() == QEvent::WindowActivate && m_shownOnce) {
             // A folder that came back (or went) since the last look.
             m_quickPicks->refreshFileList();
         }
     }
     return QObject::eventFilter(watched, event);
+}
+
+void AccessoryCommands::showTipAtStartup() {
+    auto* tip = new frmTip(&m_window);
+    tip->setAttribute(Qt::WA_DeleteOnClose);
+    m_startupTip = tip;
+    tip->open();
 }
 
 void AccessoryCommands::applyQuickPicksSetting() {

@@ -6,6 +6,7 @@
 class frmFScreen;
 class frmHelp;
 class frmMain;
+class frmTip;
 class QuickPicksBar;
 
 // The main window's side panel of Quick Picks and the commands of the
@@ -21,6 +22,8 @@ public:
     // The full-screen view and the guide's window while they are open.
     frmFScreen* fullScreen() const;
     frmHelp* help() const;
+    // The Tip of the Day that opened by itself at start-up, while open.
+    frmTip* startupTip() const;
 
     // File1_DblClick: brings the window of `path` to the front if the file
     // is open, otherwise opens it.
@@ -44,11 +47,13 @@ private:
     void openDocumentsWizard();
     void showDocumentProperties();
     void applyQuickPicksSetting();
+    void showTipAtStartup();
 
     frmMain& m_window;
     QuickPicksBar* m_quickPicks;
     QPointer<frmFScreen> m_fullScreen;
     QPointer<frmHelp> m_help;
+    QPointer<frmTip> m_startupTip;
     bool m_shownOnce = false;
 };
 

@@ -8,6 +8,8 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPainter>
+#include <QPixmap>
 #include <QToolBar>
 #include <QToolButton>
 
@@ -58,10 +60,49 @@ QString buttonText(const QString& key) {
         {QStringLiteral("StrikeThru"), QStringLiteral("Strikethrough")},
         {QStringLiteral("SaveAll"), QStringLiteral("Save All")},
         {QStringLiteral("FullScreen"), QStringLiteral("Full Screen")},
-        {QStringLiteral("WordWrap"), QStringLiteral("Word Wrap")},
+        {QStringLiteral("WordWrap"), QStringLiteral("Toggle Word Wrap")},
         {QStringLiteral("SpellCheck"), QStringLiteral("Spell Check")},
     };
     return texts.value(key, key);
+}
+
+// Small pictures for the buttons the common icon theme has none for, so
+// that the bars do not fall back to words.
+QIcon drawnIcon(const QString& key) {
+    QPixmap picture(20, 20);
+    picture.fill(Qt::transparent);
+    QPainter paint(&picture);
+    paint.setRenderHint(QPainter::Antialiasing);
+    const QColor ink(QStringLiteral("#3d3846"));
+    const QColor paper(QStringLiteral("#f6f5f4"));
+    const auto window = [&](const QRectF& r) {
+        paint.setPen(QPen(ink, 1));
+        paint.setBrush(paper);
+        paint.drawRect(r);
+        paint.fillRect(QRectF(r.left(), r.top(), r.width(), 3), ink);
+    };
+    if (key == QLatin1String("Bullet")) {
+        paint.setPen(Qt::NoPen);
+        paint.setBrush(ink);
+        for (int row = 0; row < 3; ++row) {
+            const qreal y = 4.5 + row * 5.5;
+            paint.drawEllipse(QPointF(4, y), 1.8, 1.8);
+            paint.fillRect(QRectF(8, y - 1, 10, 2), ink);
+        }
+    } else if (key == QLatin1String("Cascade")) {
+        window(QRectF(1.5, 1.5, 11, 9));
+        window(QRectF(4.5, 5.5, 11, 9));
+        window(QRectF(7.5, 9.5, 11, 9));
+    } else if (key == QLatin1String("THorizontally")) {
+        window(QRectF(1.5, 1.5, 17, 7.5));
+        window(QRectF(1.5, 11, 17, 7.5));
+    } else if (key == QLatin1String("TVertically")) {
+        window(QRectF(1.5, 1.5, 7.5, 17));
+        window(QRectF(11, 1.5, 7.5, 17));
+    } else {
+        return {};
+    }
+    return QIcon(picture);
 }
 
 } // namespace
@@ -111,7 +152,10 @@ void CommandActions::buildActions() {
         for (const ToolBarButton& b : bar.buttons) {
             if (!m_actions.contains(b.command)) {
                 QAction* action = makeAction(b.command, buttonText(b.key));
-                action->setCheckable(bar.name == QLatin1String("tbrFormat"));
+                // The format buttons show the selection; Word Wrap shows
+                // the wrap mode of the active document.
+                action->setCheckable(bar.name == QLatin1String("tbrFormat") ||
+                                     b.key == QLatin1String("WordWrap"));
             }
         }
     }
@@ -173,6 +217,9 @@ void CommandActions::buildToolBars(QMainWindow* window) {
             action->setIconText(buttonText(b.key));
             if (action->icon().isNull()) {
                 action->setIcon(QIcon::fromTheme(iconName(b.key)));
+            }
+            if (action->icon().isNull()) {
+                action->setIcon(drawnIcon(b.key));
             }
             if (b.key == QLatin1String("New")) {
                 auto* tool = static_cast<QToolButton*>(button);

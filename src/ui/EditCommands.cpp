@@ -1,14 +1,19 @@
 #include "ui/EditCommands.h"
 
+#include "app/MenuDefinition.h"
 #include "context/AppContext.h"
 #include "platform/MsgboxClass.h"
+#include "ui/AccessoryCommands.h"
+#include "ui/CommandActions.h"
 #include "ui/FontDialog.h"
 #include "ui/PageView.h"
 #include "ui/frmDocument.h"
 #include "ui/frmFind.h"
 #include "ui/frmGoTo.h"
+#include "ui/frmHelp.h"
 #include "ui/frmMain.h"
 
+#include <QAction>
 #include <QComboBox>
 #include <QMdiSubWindow>
 #include <QTextDocument>
@@ -103,6 +108,19 @@ void EditCommands::installFormatRoutes() {
     route("mnuFormatScriptSuperScript",
           [](frmDocument& d) { setScript(d.rtfText(), Script::Super); });
     route("mnuFormatScriptSubScript", [](frmDocument& d) { setScript(d.rtfText(), Script::Sub); });
+    // Down wraps the lines at the window, up lets them run on unwrapped;
+    // the layout of the printed page comes back with the next opening.
+    const QString wordWrap =
+        buttonCommandId(QStringLiteral("tbrStandard"), QStringLiteral("WordWrap"));
+    route("tbrStandard.WordWrap", [this, wordWrap](frmDocument& d) {
+        const bool down = m_window.commands()->action(wordWrap)->isChecked();
+        d.SetViewMode(down ? PageLayout::WrapAtWindow : PageLayout::NoWrap);
+    });
+    connect(&m_window, &frmMain::activeDocumentChanged, this, [this, wordWrap] {
+        frmDocument* d = activeDocument();
+        m_window.commands()->action(wordWrap)->setChecked(
+            d != nullptr && d->pageLayout().viewMode() == PageLayout::WrapAtWindow);
+    });
     route("mnuFormatFont", [this](frmDocument& d) {
         if (const auto choice = m_chooseFont(fontChoiceOf(d.rtfText()))) {
             applyFontChoice(d.rtfText(), *choice);
@@ -115,6 +133,11 @@ frmFind* EditCommands::findDialog() {
         m_find = new frmFind(
             m_search, [this] { return activeDocument(); }, &m_window);
         m_find->setWindowFlag(Qt::Tool);
+        m_find->setHelp([this] {
+            if (auto* accessories = m_window.findChild<AccessoryCommands*>()) {
+                accessories->showHelp(frmHelp::Editing);
+            }
+        });
     }
     return m_find;
 }

@@ -12,7 +12,9 @@
 #include "ui/frmMain.h"
 
 #include <QChildEvent>
+#include <QDateTime>
 #include <QDir>
+#include <QFileInfo>
 #include <QHash>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -40,6 +42,9 @@ QList<LiveSpellChecker*> g_checkers;
 // the built-in one), with the words added since.
 struct WordSource {
     QString folder;
+    // When the list file was last written, as loaded: a word added by the
+    // spell-check dialog (or another window) takes its underline away.
+    QDateTime listWritten;
     std::unique_ptr<clsSpellCheck> spell;
     // Quiet: a list that cannot be opened simply leaves words unmarked.
     ScriptedMsgbox silent;
@@ -50,7 +55,8 @@ struct WordSource {
         const QString wanted = app().workingFolders
                                    ? app().workingFolders->getTemplatesFolder()
                                    : clsWorkingFolderLocation().getDefaultTemplatesFolder();
-        if (!spell || wanted != folder) {
+        if (!spell || wanted != folder ||
+            QFileInfo(spell->databasePath()).lastModified() != listWritten) {
             folder = wanted;
             accepted.clear();
             cache.clear();
@@ -58,6 +64,7 @@ struct WordSource {
             spell->setMsgboxClass(&silent);
             spell->setAppFolder(folder);
             spell->openSpellCheckDatabase();
+            listWritten = QFileInfo(spell->databasePath()).lastModified();
         }
         return spell->FailedToInitializeFlag() ? nullptr : spell.get();
     }
@@ -88,7 +95,9 @@ LiveSpellChecker::LiveSpellChecker(frmDocument& document)
     connect(view->verticalScrollBar(), &QScrollBar::valueChanged, this,
             [this] { schedule(kScrollPauseMs); });
     view->viewport()->installEventFilter(this);
-    schedule(0);
+    // Not at once: the first check loads the word list, and the window is
+    // painted first.
+    schedule(kTypingPauseMs);
 }
 
 LiveSpellChecker::~LiveSpellChecker() {
@@ -179,9 +188,11 @@ void LiveSpellChecker::addWord(const QString& word) {
     if (reason.isEmpty()) {
         try {
             spell->wordDatabase().Database_Add(word.toLower());
-        } catch (const QmError&) {
-            reason = QStringLiteral("the word list \"%1\" cannot be written")
-                         .arg(QDir::toNativeSeparators(spell->databasePath()));
+        } catch (const QmError& fault) {
+            const QString list = QDir::toNativeSeparators(spell->databasePath());
+            reason = fault.number() == QmError::PermissionDenied
+                         ? QStringLiteral("the word list \"%1\" is read-only").arg(list)
+                         : QStringLiteral("the word list \"%1\" cannot be written").arg(list);
         }
     }
     if (!reason.isEmpty()) {

@@ -5,6 +5,7 @@
 #include "files/clsWorkingFolderLocation.h"
 #include "platform/fileControl.h"
 #include "ui/CommandActions.h"
+#include "ui/LiveSpellChecker.h"
 #include "ui/frmMain.h"
 #include "ui/frmOptions.h"
 
@@ -73,6 +74,7 @@ void OptionsCommands::apply(const OptionsData& data) {
             m_main.setViewShown(check.viewCommand, data.checked(check.control));
         }
     }
+    LiveSpellChecker::setEnabled(data.liveSpelling);
     if (m_main.windowFlags().testFlag(Qt::WindowStaysOnTopHint) != data.stayOnTop) {
         const bool shown = m_main.isVisible();
         m_main.setWindowFlag(Qt::WindowStaysOnTopHint, data.stayOnTop);

@@ -1,6 +1,5 @@
 #include "ui/frmFind.h"
 
-#include "app/modMenuStatus.h"
 #include "context/AppContext.h"
 #include "platform/MsgboxClass.h"
 #include "ui/PageView.h"
@@ -70,11 +69,11 @@ frmFind::frmFind(FindReplace& search, DocumentSource document, QWidget* parent)
     m_replaceButton = button("cmdReplace", QStringLiteral("&Replace..."), this);
     m_replaceAllButton = button("cmdReplaceAll", QStringLiteral("Replace &All"), this);
     QPushButton* cancel = button("cmdCancel", QStringLiteral("Cancel"), this);
-    QPushButton* help = button("cmdHelp", QStringLiteral("&Help"), this);
-    help->setEnabled(false);
-    help->setToolTip(notAvailableYetTip());
+    m_helpButton = button("cmdHelp", QStringLiteral("&Help"), this);
+    m_helpButton->setEnabled(false);
     auto* buttons = new QVBoxLayout;
-    for (QPushButton* b : {m_findButton, m_replaceButton, m_replaceAllButton, cancel, help}) {
+    for (QPushButton* b :
+         {m_findButton, m_replaceButton, m_replaceAllButton, cancel, m_helpButton}) {
         buttons->addWidget(b);
     }
     buttons->addStretch();
@@ -87,7 +86,17 @@ frmFind::frmFind(FindReplace& search, DocumentSource document, QWidget* parent)
     connect(m_replaceButton, &QPushButton::clicked, this, &frmFind::cmdReplace_Click);
     connect(m_replaceAllButton, &QPushButton::clicked, this, &frmFind::cmdReplaceAll_Click);
     connect(cancel, &QPushButton::clicked, this, &QDialog::hide);
+    connect(m_helpButton, &QPushButton::clicked, this, [this] {
+        if (m_help) {
+            m_help();
+        }
+    });
     arrange(Layout::Find);
+}
+
+void frmFind::setHelp(std::function<void()> help) {
+    m_help = std::move(help);
+    m_helpButton->setEnabled(bool(m_help));
 }
 
 void frmFind::showIn(Layout layout) {

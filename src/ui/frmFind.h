@@ -33,6 +33,8 @@ public:
     void cmdReplaceAll_Click();
     // The find button's caption follows the shared search.
     void showCaptions();
+    // What cmdHelp opens; the button stays off without it.
+    void setHelp(std::function<void()> help);
 
 private:
     void arrange(Layout layout);
@@ -51,6 +53,8 @@ private:
     QPushButton* m_findButton;
     QPushButton* m_replaceButton;
     QPushButton* m_replaceAllButton;
+    QPushButton* m_helpButton;
+    std::function<void()> m_help;
 };
 
 // Shows what a search came to: the message if there is one; on a hit the

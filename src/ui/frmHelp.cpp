@@ -55,6 +55,8 @@ void frmHelp::showTopic(Topic topic) {
     QUrl where = kGuide;
     if (topic == Index) {
         where.setFragment(QStringLiteral("index"));
+    } else if (topic == Editing) {
+        where.setFragment(QStringLiteral("editing"));
     }
     if (m_browser->source() != where) {
         m_browser->setSource(where);

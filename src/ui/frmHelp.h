@@ -10,7 +10,9 @@ class QTextBrowser;
 class frmHelp : public QDialog {
     Q_OBJECT
 public:
-    enum Topic { Contents = 1, Index = 2, Search = 3 };
+    // The three Help commands, and the part on finding, replacing and
+    // spelling that the Find dialog's Help button opens.
+    enum Topic { Contents = 1, Index = 2, Search = 3, Editing = 4 };
 
     explicit frmHelp(QWidget* parent = nullptr);
 

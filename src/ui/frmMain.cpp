@@ -2,6 +2,7 @@
 
 #include "app/MenuDefinition.h"
 #include "app/SelectionState.h"
+#include "app/modOptions.h"
 #include "context/AppContext.h"
 #include "documents/DocumentFile.h"
 #include "documents/DocumentLifecycle.h"
@@ -286,6 +287,9 @@ void frmMain::GetSettings() {
             ini ? ini->getKeyString(v.section, v.key, v.defaultValue) : v.defaultValue;
         setViewShown(v.command, clsINI::isTrueValue(value));
     }
+    if (ini) {
+        LiveSpellChecker::setEnabled(readLiveSpellingSetting(ini));
+    }
 }
 
 void frmMain::LoadFonts() {
@@ -309,6 +313,14 @@ void frmMain::newDocument(int number) {
 }
 
 bool frmMain::openDocumentFile(const QString& path) {
+    // A folder or a binary file named in the recent files or dropped on the
+    // window is refused with a message rather than shown as garbage.
+    if (const std::optional<QString> refusal = refuseBeforeOpening(path)) {
+        if (MsgboxClass* box = app().msgbox) {
+            box->showMessage(*refusal);
+        }
+        return false;
+    }
     try {
         openDocumentWindow(path);
     } catch (const QmError& fault) {
@@ -347,7 +359,7 @@ frmDocument* frmMain::openDocumentWindow(const QString& path) {
     const QList<QMdiSubWindow*> open = m_area->subWindowList();
     if (open.size() == 1) {
         auto* blank = qobject_cast<frmDocument*>(open.front()->widget());
-        if (blank && blank->DocumentFileName.isEmpty() && !blank->HasDocumentChanged() &&
+        if (blank && !blank->IsDocumentSaved() && !blank->HasDocumentChanged() &&
             blank->rtfText().document()->isEmpty()) {
             open.front()->close();
         }
@@ -619,7 +631,14 @@ void QtMainWindowHost::MDIFormInitialize() {
     m_window->GetSettings();
     ctx.unnamedDocumentCount = 0;
     if (ctx.isStandAlone) {
-        m_window->newDocument(++ctx.unnamedDocumentCount);
+        // The first document is made as File > New makes one, with the
+        // default font of the settings and its file name in the templates
+        // folder.
+        if (const auto createNew = m_window->route(QStringLiteral("mnuFileNewStandard"))) {
+            createNew();
+        } else {
+            m_window->newDocument(++ctx.unnamedDocumentCount);
+        }
     }
     m_window->show();
     m_splash.reset();

@@ -116,6 +116,10 @@ QWidget* frmOptions::buildGeneralPage(const OptionsData& data, const QStringList
     m_stayOnTop = checkBox(QStringLiteral("chkStayOnTop"), QStringLiteral("Stay on Top"),
                            data.stayOnTop, page);
     form->addRow(m_stayOnTop);
+    m_liveSpelling =
+        checkBox(QStringLiteral("chkLiveSpelling"), QStringLiteral("Check Spelling as You Type"),
+                 data.liveSpelling, page);
+    form->addRow(m_liveSpelling);
     return page;
 }
 
@@ -213,5 +217,6 @@ OptionsData frmOptions::data() const {
     d.drawFocusRect = m_focusRect->isChecked();
     d.drawIcons = m_icons->isChecked();
     d.templatesFolder = m_location->text();
+    d.liveSpelling = m_liveSpelling->isChecked();
     return d;
 }

@@ -11,7 +11,8 @@ class QComboBox;
 class QLineEdit;
 
 // Tools > Options: default font, tool bars and View items, the document
-// start-up state, the tab strip and the templates folder. The dialog only
+// start-up state, live spelling, the tab strip and the templates folder.
+// The dialog only
 // shows and collects: what it opens with and what applying does are given
 // to it, so that the decisions stay outside the window.
 class frmOptions : public QDialog {
@@ -38,6 +39,7 @@ private:
     QComboBox* m_fontSize = nullptr;
     QComboBox* m_docState = nullptr;
     QCheckBox* m_stayOnTop = nullptr;
+    QCheckBox* m_liveSpelling = nullptr;
     QComboBox* m_style = nullptr;
     QCheckBox* m_focusRect = nullptr;
     QCheckBox* m_icons = nullptr;

@@ -3,6 +3,7 @@
 #include "context/AppContext.h"
 #include "files/clsINI.h"
 
+#include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QFile>
 #include <QHBoxLayout>
@@ -18,7 +19,16 @@ QStringList frmTip::shippedTips() {
     return TipOfTheDay::parseTips(QString::fromUtf8(file.readAll()));
 }
 
-frmTip::frmTip(QWidget* parent) : QDialog(parent), m_tips(shippedTips()), m_text(new QLabel(this)) {
+bool frmTip::showAtStartup() {
+    clsINI* ini = app().iniSettings;
+    return ini && clsINI::isTrueValue(ini->getKeyString(QLatin1String(TipOfTheDay::SettingsSection),
+                                                        QLatin1String(TipOfTheDay::StartupKey),
+                                                        QStringLiteral("0")));
+}
+
+frmTip::frmTip(QWidget* parent)
+    : QDialog(parent), m_tips(shippedTips()), m_text(new QLabel(this)),
+      m_atStartup(new QCheckBox(QStringLiteral("&Show tips at startup"), this)) {
     setObjectName(QStringLiteral("frmTip"));
     setWindowTitle(QStringLiteral("Tip of the Day"));
     auto* column = new QVBoxLayout(this);
@@ -36,6 +46,15 @@ frmTip::frmTip(QWidget* parent) : QDialog(parent), m_tips(shippedTips()), m_text
     m_text->setTextInteractionFlags(Qt::TextSelectableByMouse);
     column->addWidget(m_text, 1);
 
+    m_atStartup->setObjectName(QStringLiteral("chkLoadTipsAtStartup"));
+    m_atStartup->setChecked(showAtStartup());
+    connect(m_atStartup, &QCheckBox::toggled, this, [](bool on) {
+        if (clsINI* ini = app().iniSettings) {
+            ini->setKeyValue(QLatin1String(TipOfTheDay::SettingsSection),
+                             QLatin1String(TipOfTheDay::StartupKey),
+                             on ? QStringLiteral("True") : QStringLiteral("False"));
+        }
+    });
     auto* buttons = new QDialogButtonBox(this);
     QPushButton* next =
         buttons->addButton(QStringLiteral("&Next Tip"), QDialogButtonBox::ActionRole);
@@ -46,7 +65,10 @@ frmTip::frmTip(QWidget* parent) : QDialog(parent), m_tips(shippedTips()), m_text
     ok->setDefault(true);
     connect(next, &QPushButton::clicked, this, &frmTip::cmdNextTip_Click);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-    column->addWidget(buttons);
+    auto* row = new QHBoxLayout;
+    row->addWidget(m_atStartup);
+    row->addWidget(buttons, 1);
+    column->addLayout(row);
     setMinimumWidth(420);
 
     clsINI* ini = app().iniSettings;

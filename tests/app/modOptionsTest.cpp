@@ -109,6 +109,7 @@ TEST(modOptionsTest, WhatTheDialogWritesComesBackAfterARestart) {
         data.tabStyle = v.style;
         data.drawFocusRect = v.flags;
         data.drawIcons = !v.flags;
+        data.liveSpelling = v.flags;
         SetData(&f.ini, data);
 
         const OptionsData back = Getdata(&f.ini, f.windowAfterRestart());
@@ -119,6 +120,7 @@ TEST(modOptionsTest, WhatTheDialogWritesComesBackAfterARestart) {
         EXPECT_EQ(back.tabStyle, v.style);
         EXPECT_EQ(back.drawFocusRect, v.flags);
         EXPECT_EQ(back.drawIcons, !v.flags);
+        EXPECT_EQ(back.liveSpelling, v.flags);
         const QString truth = v.checks ? QStringLiteral("True") : QStringLiteral("False");
         EXPECT_EQ(f.value("QuillmerePadToolbars", "FileToolbar"), truth);
         EXPECT_EQ(f.value("QuillmerePadSettings", "ShowRuler"), truth);

@@ -204,9 +204,9 @@ TEST_F(DocumentInsertsTest, InsertedPictureIsScaledAndSurvivesSavingAndReopening
     const ScriptedFileDialogs::Request& asked = m_dialogs.requests().front();
     EXPECT_EQ(asked.caption, QStringLiteral("Select picture to open"));
     EXPECT_EQ(asked.folder, QStringLiteral("/pictures"));
-    EXPECT_EQ(asked.filter, QStringLiteral("Image Files (*.jpg *.jpeg *.bmp *.gif);;Bitmaps "
+    EXPECT_EQ(asked.filter, QStringLiteral("Image Files (*.png *.jpg *.jpeg *.bmp *.gif);;Bitmaps "
                                            "(*.bmp *.dib);;GIF Images (*.gif);;JPEG Images "
-                                           "(*.jpg);;All Files (*)"));
+                                           "(*.jpg);;PNG Images (*.png);;All Files (*)"));
     EXPECT_TRUE(m_messages.texts().isEmpty());
     // One object in place, the text around it untouched, the clipboard empty.
     EXPECT_EQ(m_page.Text().size(), 3);

@@ -75,6 +75,21 @@ TEST_F(clsSpellCheckTest, WritesTheShippedListOnFirstUseAndKeepsItAfterwards) {
     EXPECT_TRUE(m_messages.texts().isEmpty());
 }
 
+TEST_F(clsSpellCheckTest, AWordAddedToTheShippedListIsKnownToTheNextSession) {
+    // The shipped list ends in two zero bytes behind its last line; an Add
+    // once carried them into the file as a line of their own, and the next
+    // session then took the whole list for damaged.
+    ASSERT_TRUE(m_spell.openSpellCheckDatabase());
+    m_spell.wordDatabase().Database_Add(QStringLiteral("quillmere"));
+    clsSpellCheck next;
+    next.setAppFolder(m_folder);
+    ASSERT_TRUE(next.openSpellCheckDatabase());
+    EXPECT_TRUE(next.wordListProblem().isEmpty()) << next.wordListProblem().toStdString();
+    EXPECT_GE(next.wordDatabase().find(std::string_view("quillmere")), 0);
+    EXPECT_GE(next.wordDatabase().find(std::string_view("invoice")), 0);
+    EXPECT_TRUE(m_messages.texts().isEmpty());
+}
+
 TEST_F(clsSpellCheckTest, WithoutAFolderForTheListTheSessionEndsWithAMessage) {
     for (const QString& folder : QStringList{QString(), m_env.root() + "/absent/deeper"}) {
         m_messages.clear();
@@ -134,6 +149,9 @@ TEST_F(clsSpellCheckTest, TellsAWordListFromOtherFiles) {
     EXPECT_FALSE(isWordListText("a\rb\r\n"));
     EXPECT_FALSE(isWordListText("a\tb\r\n"));
     EXPECT_FALSE(isWordListText(QByteArray("a\0b\r\n", 5)));
+    // As an Add to the shipped list leaves it: its zero bytes a line of their own.
+    EXPECT_TRUE(isWordListText(QByteArray("\0\0\r\na\r\nb\r\n", 10)));
+    EXPECT_FALSE(isWordListText(QByteArray("\0\0x\r\na\r\n", 8)));
 }
 
 TEST_F(clsSpellCheckTest, StartShowsTheDialogOnlyWhenThereAreErrors) {

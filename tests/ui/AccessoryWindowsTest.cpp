@@ -20,6 +20,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
@@ -304,6 +305,46 @@ TEST(AccessoryWindowsTest, EachTipOfTheDayOpeningMovesOn) {
     }
     frmTip again;
     EXPECT_EQ(again.currentIndex(), shown + 1);
+}
+
+TEST(AccessoryWindowsTest, TipsAtStartupAreSwitchedInTheTipWindowAndOpenWithTheProgram) {
+    TestEnvironment env;
+    ScopedAppContext context;
+    clsINI settings;
+    settings.setINIFile(env.path(QStringLiteral("Qminiqmd.dni")));
+    context->iniSettings = &settings;
+    {
+        frmMain quiet;
+        quiet.show();
+        QApplication::processEvents();
+        EXPECT_EQ(quiet.findChild<AccessoryCommands*>()->startupTip(), nullptr)
+            << "off in a new settings file";
+    }
+    {
+        frmTip tip;
+        auto* box = tip.findChild<QCheckBox*>(QStringLiteral("chkLoadTipsAtStartup"));
+        ASSERT_NE(box, nullptr);
+        EXPECT_FALSE(box->isChecked());
+        box->setChecked(true);
+    }
+    EXPECT_EQ(settings.getKeyString(QStringLiteral("QuillmerePadSettings"),
+                                    QStringLiteral("ShowTipsAtStartup")),
+              QStringLiteral("True"));
+    frmMain window;
+    window.show();
+    QApplication::processEvents();
+    frmTip* shown = window.findChild<AccessoryCommands*>()->startupTip();
+    ASSERT_NE(shown, nullptr);
+    EXPECT_TRUE(shown->isVisible());
+    EXPECT_TRUE(shown->findChild<QCheckBox*>(QStringLiteral("chkLoadTipsAtStartup"))->isChecked());
+    shown->close();
+
+    // A host drives the program: no tip comes up in its way.
+    context->isStandAlone = false;
+    frmMain hosted;
+    hosted.show();
+    QApplication::processEvents();
+    EXPECT_EQ(hosted.findChild<AccessoryCommands*>()->startupTip(), nullptr);
 }
 
 TEST(AccessoryWindowsTest, AccessoryCommandsAreRoutedAndTheUnbuiltWizardsStayOff) {

@@ -4,11 +4,13 @@
 #include "context/AppContext.h"
 #include "documents/NumberedLines.h"
 #include "platform/MsgboxClass.h"
+#include "ui/AccessoryCommands.h"
 #include "ui/CommandActions.h"
 #include "ui/PageView.h"
 #include "ui/frmDocument.h"
 #include "ui/frmFind.h"
 #include "ui/frmGoTo.h"
+#include "ui/frmHelp.h"
 #include "ui/frmMain.h"
 
 #include <QAction>
@@ -22,6 +24,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
+#include <QTextBrowser>
 #include <QTextDocument>
 #include <QToolBar>
 #include <QToolButton>
@@ -201,6 +204,37 @@ TEST_F(EditCommandsTest, FindDialogFindsReplacesAndSaysWhenItIsDone) {
                       Qt::LeftButton);
     EXPECT_EQ(box().Text(), QStringLiteral("charge due\r\nThe charge\r\nfees"));
     EXPECT_EQ(messages.texts().back(), QStringLiteral("2 replacements have been made."));
+
+    // Help opens the guide at its part on finding and replacing.
+    auto* help = find->findChild<QPushButton*>(QStringLiteral("cmdHelp"));
+    ASSERT_TRUE(help->isEnabled());
+    QTest::mouseClick(help, Qt::LeftButton);
+    frmHelp* guide = window.findChild<AccessoryCommands*>()->help();
+    ASSERT_NE(guide, nullptr);
+    EXPECT_TRUE(guide->isVisible());
+    EXPECT_EQ(guide->browser()->source().fragment(), QStringLiteral("editing"));
+    guide->close();
+}
+
+TEST_F(EditCommandsTest, WordWrapButtonWrapsAtTheWindowDownAndNotAtAllUp) {
+    QAction* wrap =
+        action(buttonCommandId(QStringLiteral("tbrStandard"), QStringLiteral("WordWrap")));
+    ASSERT_TRUE(wrap->isEnabled());
+    ASSERT_TRUE(wrap->isCheckable());
+    EXPECT_FALSE(wrap->isChecked());
+    EXPECT_EQ(document().pageLayout().viewMode(), PageLayout::PrinterWrap);
+    wrap->trigger();
+    EXPECT_TRUE(wrap->isChecked());
+    EXPECT_EQ(document().pageLayout().viewMode(), PageLayout::WrapAtWindow);
+    wrap->trigger();
+    EXPECT_EQ(document().pageLayout().viewMode(), PageLayout::NoWrap);
+
+    // The button shows the mode of the document that comes to the front.
+    wrap->trigger();
+    frmDocument* wrapped = &document();
+    window.runCommand(QStringLiteral("mnuFileNewStandard"));
+    ASSERT_NE(&document(), wrapped);
+    EXPECT_FALSE(wrap->isChecked());
 }
 
 TEST_F(EditCommandsTest, AHitOnALaterSheetIsSelectedAndScrolledIntoView) {

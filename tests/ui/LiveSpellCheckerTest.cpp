@@ -4,6 +4,7 @@
 #include "context/AppContext.h"
 #include "files/clsWorkingFolderLocation.h"
 #include "platform/MsgboxClass.h"
+#include "spell/clsSpellCheck.h"
 #include "support/TestEnvironment.h"
 #include "ui/PageView.h"
 #include "ui/frmDocument.h"
@@ -100,4 +101,22 @@ TEST_F(LiveSpellCheckerTest, RightClickOffersSuggestionsAndAdd) {
     EXPECT_TRUE(
         readTestFile(m_templates + QStringLiteral("/list.db")).contains("\r\nquillmere\r\n"));
     EXPECT_TRUE(m_messages.texts().isEmpty());
+}
+
+TEST_F(LiveSpellCheckerTest, AWordAddedByTheSpellCheckDialogLosesItsUnderline) {
+    RichTextBox& box = document()->rtfText();
+    box.setText(QStringLiteral("Dear Zorblax"));
+    checker()->refresh();
+    ASSERT_EQ(underlined(), QStringList{"Zorblax"});
+
+    // The dialog's Add writes the list file through a word list of its own.
+    clsSpellCheck dialogList;
+    dialogList.setAppFolder(m_templates);
+    ASSERT_TRUE(dialogList.openSpellCheckDatabase());
+    // A file time that differs from the one the checker loaded, on any file system.
+    QTest::qWait(20);
+    dialogList.wordDatabase().Database_Add(QStringLiteral("zorblax"));
+
+    checker()->refresh();
+    EXPECT_TRUE(underlined().isEmpty());
 }

@@ -1,3 +1,5 @@
+#include "app/CommandLine.h"
+#include "app/modMain.h"
 #include "context/AppContext.h"
 #include "files/clsINI.h"
 #include "files/clsWorkingFolderLocation.h"
@@ -6,9 +8,12 @@
 #include "spell/QtPrinters.h"
 #include "support/TestEnvironment.h"
 #include "ui/CommandActions.h"
+#include "ui/LiveSpellChecker.h"
 #include "ui/MainWindowPosition.h"
 #include "ui/OptionsCommands.h"
+#include "ui/QuickPicksBar.h"
 #include "ui/RecentFilesMenu.h"
+#include "ui/frmDocument.h"
 #include "ui/frmMain.h"
 #include "ui/frmOptions.h"
 
@@ -18,13 +23,17 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
+#include <QFileInfo>
 #include <QLabel>
+#include <QListWidget>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QScreen>
 #include <QSignalSpy>
 #include <QStatusBar>
+#include <QTextDocument>
+#include <QTextStream>
 #include <QTimer>
 #include <QToolBar>
 #include <gtest/gtest.h>
@@ -183,6 +192,25 @@ TEST_F(MainWindowSettingsTest, ApplyShowsTheBarsAtOnceAndTheyComeBackAfterAResta
     EXPECT_TRUE(restarted->statusBar()->isHidden());
 }
 
+TEST_F(MainWindowSettingsTest, LiveSpellingIsSwitchedInOptionsAndStaysSwitchedAfterARestart) {
+    ASSERT_TRUE(LiveSpellChecker::isEnabled()) << "on in a new settings file";
+    std::unique_ptr<frmOptions> dialog = window->options()->createDialog();
+    dialog->show();
+    QCheckBox* live = control<QCheckBox>(*dialog, "chkLiveSpelling");
+    EXPECT_TRUE(live->isChecked());
+    live->setChecked(false);
+    control<QAbstractButton>(*dialog, "cmdOK")->click();
+    EXPECT_FALSE(LiveSpellChecker::isEnabled());
+    EXPECT_EQ(setting("QuillmerePadSettings", "LiveSpelling"), QStringLiteral("False"));
+
+    dialog.reset();
+    window.reset();
+    LiveSpellChecker::setEnabled(true);
+    const std::unique_ptr<frmMain> restarted = startWindow();
+    EXPECT_FALSE(LiveSpellChecker::isEnabled());
+    LiveSpellChecker::setEnabled(true);
+}
+
 TEST_F(MainWindowSettingsTest, CancelChangesNothing) {
     const QByteArray before = readTestFile(ini.INIFile());
     const std::unique_ptr<frmOptions> dialog = window->options()->createDialog();
@@ -225,6 +253,10 @@ TEST_F(MainWindowSettingsTest, OkFromTheMenuMovesTheTemplatesFolderAndRestylesTh
     EXPECT_EQ(QDir(folders.getTemplatesFolder()), QDir(other));
     ASSERT_EQ(moved.size(), 1);
     EXPECT_EQ(moved.front().front().toString(), folders.getTemplatesFolder());
+    // Quick Picks lists the new folder at once.
+    const auto* quickPicks = window->findChild<QuickPicksBar*>(QStringLiteral("picFileBar"));
+    ASSERT_NE(quickPicks, nullptr);
+    EXPECT_EQ(QDir(quickPicks->folder()), QDir(other));
     EXPECT_EQ(setting("DocumentTabs", "Style"), QStringLiteral("1"));
     EXPECT_EQ(setting("DocumentTabs", "ViewIcon"), QStringLiteral("True"));
     // The tab strip is refreshed when the dialog closes.
@@ -310,3 +342,60 @@ TEST_F(MainWindowSettingsTest, AbsurdStoredPositionsGiveAWindowOnTheScreen) {
         }
     }
 }
+
+namespace {
+
+// The program's own start-up on a practice as install-sample leaves it: the
+// first document is made as File > New makes one, with the default font of
+// the settings file, and Quick Picks lists the templates folder.
+TEST(MainWindowStartTest, TheFirstDocumentTakesTheDefaultFontAndQuickPicksTheTemplates) {
+    TestEnvironment env;
+    ScopedAppContext context;
+    {
+        QString out;
+        QString err;
+        QTextStream o(&out);
+        QTextStream e(&err);
+        CommandIO io{o, e};
+        ASSERT_EQ(runHeadlessCommand({QStringLiteral("install-sample")}, io), 0)
+            << err.toStdString();
+    }
+    const QString settingsFile = env.configHome() + QStringLiteral("/Quillmere/Qminiqmd.dni");
+    ASSERT_TRUE(QFileInfo::exists(settingsFile));
+    {
+        clsINI settings;
+        settings.setINIFile(settingsFile);
+        settings.setKeyValue(QStringLiteral("Document"), QStringLiteral("DefaultFont"),
+                             QStringLiteral("Liberation Mono"));
+        settings.setKeyValue(QStringLiteral("Document"), QStringLiteral("DefaultFontSize"),
+                             QStringLiteral("14"));
+    }
+    auto host = std::make_unique<QtMainWindowHost>();
+    QtMainWindowHost* shown = host.get();
+    Application program(std::move(host));
+    // A message box here would be a fault of start-up; it must not hang the test.
+    QTimer::singleShot(10000, [] {
+        if (QWidget* modal = QApplication::activeModalWidget()) {
+            ADD_FAILURE() << "a message came up during start-up";
+            modal->close();
+        }
+    });
+    program.Main({});
+    frmMain* window = shown->window();
+    ASSERT_NE(window, nullptr);
+    ASSERT_NE(window->activeDocumentWindow(), nullptr);
+    auto* document = qobject_cast<frmDocument*>(window->activeDocumentWindow()->widget());
+    ASSERT_NE(document, nullptr);
+    const QFont font = document->rtfText().document()->defaultFont();
+    EXPECT_EQ(font.family(), QStringLiteral("Liberation Mono"));
+    EXPECT_EQ(font.pointSizeF(), 14.0);
+    EXPECT_EQ(window->activeDocumentWindow()->windowTitle(), QStringLiteral("Document 1"));
+    QApplication::processEvents();
+    const auto* quickPicks = window->findChild<QuickPicksBar*>(QStringLiteral("picFileBar"));
+    ASSERT_NE(quickPicks, nullptr);
+    EXPECT_EQ(quickPicks->fileList()->count(), 3) << "the three sample templates";
+    program.exitCurrentProgram();
+    EXPECT_TRUE(program.hasExited());
+}
+
+} // namespace

@@ -14,6 +14,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
+#include <QDir>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMdiArea>
@@ -185,6 +186,35 @@ TEST_F(MainWindowTest, ACommandNotBuiltIsDisabledWithANoteEvenWithADocument) {
     }
 }
 
+TEST_F(MainWindowTest, OnlyTheCommandsLeftOpenLackARoutine) {
+    // Every other command of the menus and bars does something when clicked.
+    window.runCommand(QStringLiteral("mnuFileNewStandard"));
+    ASSERT_NE(editor(), nullptr);
+    QStringList unrouted;
+    for (const MenuEntry& e : menuTree()) {
+        if (e.kind == MenuEntry::Kind::Item && !window.hasRoute(e.name) &&
+            !e.name.startsWith(QLatin1String("mnuPopup"))) {
+            unrouted << e.name;
+        }
+    }
+    for (const ToolBarDefinition& bar : toolBars()) {
+        for (const ToolBarButton& b : bar.buttons) {
+            if (!window.hasRoute(b.command) && !unrouted.contains(b.command)) {
+                unrouted << b.command;
+            }
+        }
+    }
+    // The recent-files header is a caption; merging to the printer belongs
+    // to the merge windows; the dictionary and the two wizards are left open.
+    EXPECT_EQ(unrouted.join(QLatin1Char(' ')).toStdString(),
+              "mnuFileMRUTemp mnuMergeMergePrinter mnuToolsDictonary mnuLabelWizard "
+              "mnuBackground");
+    for (const QString& command : unrouted) {
+        const QAction* a = window.commands()->action(command);
+        EXPECT_FALSE(a->isEnabled()) << command.toStdString();
+    }
+}
+
 TEST_F(MainWindowTest, AvailabilityFollowsAScriptedSession) {
     // No document: the group is off, New works.
     EXPECT_FALSE(allowed("mnuFileClose"));
@@ -353,6 +383,20 @@ TEST_F(MainWindowTest, AFileOpensInAWindowOfItsOwnAndAnUnreadableOneLeavesNone) 
     EXPECT_FALSE(window.openDocumentFile(letter + QStringLiteral(".missing")));
     EXPECT_EQ(int(window.MDIArea()->subWindowList().size()), windows);
     ASSERT_EQ(messages.shown().size(), 1u);
+
+    // A folder and a binary file (a recent-files entry or a drop) are
+    // refused by name, and no window opens.
+    TestEnvironment env;
+    const QString folder = env.path(QStringLiteral("Letters.qmb"));
+    QDir().mkpath(folder);
+    const QString binary = env.path(QStringLiteral("logo.qmb"));
+    writeTestFile(binary, QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16));
+    EXPECT_FALSE(window.openDocumentFile(folder));
+    EXPECT_FALSE(window.openDocumentFile(binary));
+    EXPECT_EQ(int(window.MDIArea()->subWindowList().size()), windows);
+    ASSERT_EQ(messages.texts().size(), 3);
+    EXPECT_TRUE(messages.texts()[1].contains(QLatin1String("is a folder")));
+    EXPECT_TRUE(messages.texts()[2].contains(QLatin1String("binary data")));
 }
 
 } // namespace
