@@ -3,16 +3,26 @@
 #include "app/MenuDefinition.h"
 #include "context/AppContext.h"
 #include "files/clsINI.h"
+#include "files/clsWorkingFolderLocation.h"
 #include "merge/clsInsertFieldsInRTB.h"
+#include "merge/modDocVaultFolders.h"
+#include "platform/FileDialogs.h"
 #include "platform/MsgboxClass.h"
 #include "platform/ProgressReporter.h"
 #include "platform/errorClass.h"
+#include "platform/fileControl.h"
+#include "platform/text/stringControl.h"
+#include "print/PdfExport.h"
 #include "ui/CommandActions.h"
+#include "ui/DocumentCommands.h"
+#include "ui/PrintCommands.h"
 #include "ui/cbrMergeTools.h"
 #include "ui/frmDocument.h"
 #include "ui/frmMain.h"
 
 #include <QAction>
+#include <QDir>
+#include <QFileInfo>
 #include <QListWidget>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -42,6 +52,19 @@ void copyPageSetup(const DocumentModel& from, DocumentModel& to) {
     to.putRightMargin(from.getRightMargin(), false);
     to.putTopMargin(from.getTopMargin(), false);
     to.putBottomMargin(from.getBottomMargin(), false);
+}
+
+// The letters a result window prints or copies: those still ticked in its
+// list, and only those that were merged.
+std::vector<MergedRecord> tickedLetters(const MergeResultNavigator& letters) {
+    std::vector<MergedRecord> ticked;
+    for (int i = 0; i < letters.recordCount(); ++i) {
+        const MergedRecord& record = letters.records()[size_t(i)];
+        if (!letters.isExcluded(i) && !record.mergeFailed) {
+            ticked.push_back(record);
+        }
+    }
+    return ticked;
 }
 
 QMdiSubWindow* windowOf(frmDocument& document) {
@@ -159,9 +182,9 @@ MergeWindowCommands::MergeWindowCommands(frmMain& main) : QObject(&main), m_main
 
 MergeWindowCommands::~MergeWindowCommands() = default;
 
-void MergeWindowCommands::setRecipientChooser(MergeDocumentFlow::RecipientChooser chooser) {
-    m_chooser = std::move(chooser);
-    m_panel->setCategoryAvailable(1, static_cast<bool>(m_chooser));
+void MergeWindowCommands::setRecipientDialog(RecipientDialog dialog) {
+    m_dialog = std::move(dialog);
+    m_panel->setCategoryAvailable(1, static_cast<bool>(m_dialog));
 }
 
 void MergeWindowCommands::setResultPrinter(ResultPrinter printer) {
@@ -291,30 +314,32 @@ void MergeWindowCommands::mergeButton() {
     }
 }
 
-frmDocument* MergeWindowCommands::mergeDocument(frmDocument& document) {
+frmDocument* MergeWindowCommands::mergeDocument(frmDocument& document, Recipients from) {
     if (app().isCreatingDocument) {
         return nullptr;
     }
     bool approved = false;
     const MergeTemplateSource source = sourceOf(document);
     busy([&] { approved = MergeDocumentFlow::approveMerge(source); });
-    return approved ? createNewMergeDocument(document) : nullptr;
+    return approved ? createNewMergeDocument(document, from) : nullptr;
 }
 
-frmDocument* MergeWindowCommands::createNewMergeDocument(frmDocument& source) {
+frmDocument* MergeWindowCommands::createNewMergeDocument(frmDocument& source, Recipients from) {
     ProcedureScope scope(app().errors, "QuillmerePad.exe-modDocument-createNewMergeDocument");
     QPointer<frmDocument> templateWindow(&source);
+    const bool given = !source.IDList.isEmpty() || !stringControl::isBlank(source.SQLFilter);
     MergeDocumentFlow::RecipientChooser chooser;
-    if (m_chooser) {
-        // What the dialog picks stays with the template, as the dialog's own
-        // OK would leave it.
-        chooser = [this, templateWindow](InformationKind kind, FieldTable& ids, QString& filter) {
-            const bool chosen = m_chooser(kind, ids, filter);
-            if (chosen && templateWindow) {
-                ids.copyEntireListToSecondList(templateWindow->IDList);
-                templateWindow->SQLFilter = filter;
+    if (m_dialog && !(from == Recipients::GivenFirst && given)) {
+        // The dialogs work on the template itself, so what they pick stays
+        // with it for the next merge.
+        chooser = [this, templateWindow](InformationKind, FieldTable& ids, QString& filter) {
+            if (!templateWindow || !m_dialog(*templateWindow)) {
+                return false;
             }
-            return chosen;
+            ids.clear();
+            templateWindow->IDList.copyEntireListToSecondList(ids);
+            filter = templateWindow->SQLFilter;
+            return true;
         };
     }
     std::unique_ptr<MergeRun> run;
@@ -450,8 +475,19 @@ void MergeWindowCommands::navigate(const QString& key) {
     }
     if (key == QLatin1String("Print")) {
         if (m_printer) {
+            if (navigator.currentRecordChanged()) {
+                navigator.saveRTF();
+            }
             busy([&] { m_printer(*document, navigator); });
         }
+        return;
+    }
+    if (key == QLatin1String("SaveLetterPdf")) {
+        saveLetterAsPdf(*document, navigator);
+        return;
+    }
+    if (key == QLatin1String("SaveAllPdf")) {
+        saveAllAsPdf(*document, navigator);
         return;
     }
     if (key == QLatin1String("First")) {
@@ -466,6 +502,71 @@ void MergeWindowCommands::navigate(const QString& key) {
         return;
     }
     attachment->showRecord(navigator.currentRecord());
+}
+
+void MergeWindowCommands::saveLetterAsPdf(frmDocument& result, MergeResultNavigator& letters) {
+    const int current = letters.currentRecord();
+    if (current < 0 || !app().fileDialogs) {
+        return;
+    }
+    if (letters.currentRecordChanged()) {
+        letters.saveRTF();
+    }
+    const MergedRecord& record = letters.records()[size_t(current)];
+    if (record.mergeFailed) {
+        tell(QStringLiteral("This letter could not be merged, so there is nothing to save as "
+                            "PDF.\n\n") +
+             record.failure);
+        return;
+    }
+    QString suggested;
+    if (!record.savedPath.isEmpty()) {
+        suggested = pdfPathBeside(record.savedPath);
+    } else {
+        QString folder =
+            app().workingFolders ? app().workingFolders->getMyDocumentsFolder() : QString();
+        if (folder.isEmpty()) {
+            folder = QDir::homePath();
+        }
+        suggested = QDir(folder).filePath(cleanFolderName(record.name) + QStringLiteral(".pdf"));
+    }
+    const auto chosen = app().fileDialogs->saveFileName(QStringLiteral("Save as PDF"), suggested,
+                                                        QStringLiteral("PDF Files (*.pdf)"));
+    if (!chosen || chosen->isEmpty()) {
+        return;
+    }
+    QString path = *chosen;
+    if (QFileInfo(path).suffix().compare(QLatin1String("pdf"), Qt::CaseInsensitive) != 0) {
+        path += QStringLiteral(".pdf");
+    }
+    if (exportMergeDocPdf({record}, result.model(), path, false)) {
+        m_main.setStatusPanel(
+            1, QStringLiteral("Saved %1 as %2").arg(record.name, QDir::toNativeSeparators(path)));
+    }
+}
+
+void MergeWindowCommands::saveAllAsPdf(frmDocument& result, MergeResultNavigator& letters) {
+    // Each PDF goes beside its filed letter: letters not filed yet are filed
+    // first, as Save would.
+    if (!letters.allSaved() && !saveMergeDoc(result)) {
+        const std::vector<MergedRecord> filed = tickedLetters(letters);
+        const bool anyFiled = std::any_of(filed.begin(), filed.end(), [](const MergedRecord& r) {
+            return !r.savedPath.isEmpty() && fileControl::FileExists(r.savedPath);
+        });
+        if (!anyFiled) {
+            return;
+        }
+    }
+    std::vector<MergedRecord> filed;
+    for (const MergedRecord& record : tickedLetters(letters)) {
+        if (!record.savedPath.isEmpty() && fileControl::FileExists(record.savedPath)) {
+            filed.push_back(record);
+        }
+    }
+    if (exportMergeDocPdf(filed, result.model(), QString(), true)) {
+        m_main.setStatusPanel(
+            1, QStringLiteral("Saved %1 PDF files beside the filed letters").arg(filed.size()));
+    }
 }
 
 void MergeWindowCommands::onListChosen(int list, int entry) {
@@ -498,8 +599,8 @@ void MergeWindowCommands::onCategoryClicked(int index) {
     }
     switch (index) {
     case 1:
-        if (m_chooser) {
-            m_chooser(document->InformationType(), document->IDList, document->SQLFilter);
+        if (m_dialog) {
+            m_dialog(*document);
         }
         break;
     case 5:
@@ -531,6 +632,15 @@ void installMergeCommands(frmMain& main) {
             }
         });
     }
+    // File > Save and the closing question file a result's letters.
+    if (DocumentCommands* documents = documentCommands(main)) {
+        documents->setMergeSaver(
+            [commands](frmDocument& result) { return commands->saveMergeDoc(result); });
+    }
+    // A result window prints its ticked letters as one job.
+    commands->setResultPrinter([&main](frmDocument& result, MergeResultNavigator& letters) {
+        printMergeDoc(&main, tickedLetters(letters), result.model(), result.DocumentCaption);
+    });
     const QString tutorial = QStringLiteral("mnuViewToolbarMergeTutorial");
     if (!main.hasRoute(tutorial)) {
         main.addRoute(tutorial, [commands] { commands->toggleTutorial(); });
