@@ -147,6 +147,11 @@ void HostedApplication::bringToForeground() {
 void HostedApplication::exitCurrentProgram() {
     if (m_started) {
         m_program.exitCurrentProgram();
+        // A Cancel at a document's question keeps the program, and the
+        // host's session, running.
+        if (!m_program.hasExited()) {
+            return;
+        }
     } else if (m_service) {
         m_service->programEnds();
     }
