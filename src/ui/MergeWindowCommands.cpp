@@ -384,14 +384,22 @@ frmDocument* MergeWindowCommands::createNewMergeDocument(frmDocument& source, Re
             });
     attachment->showRecord(0);
     result->setIsDocumentSaved(false);
+    if (attachment->navigator().result().stoppedByUser) {
+        tell(QStringLiteral("The merge was stopped after %1 letters; only they are in this result.")
+                 .arg(attachment->navigator().recordCount()));
+    }
     setupMergeToolBar();
     m_main.refreshMenuStatus();
     return result;
 }
 
 bool MergeWindowCommands::saveMergeDoc(frmDocument& result) {
+    return !app().isCreatingDocument && fileLetters(result);
+}
+
+bool MergeWindowCommands::fileLetters(frmDocument& result) {
     MergeResultAttachment* attachment = MergeResultAttachment::of(&result);
-    if (!attachment || app().isCreatingDocument) {
+    if (!attachment) {
         return false;
     }
     MergeResultNavigator& navigator = attachment->navigator();
@@ -635,7 +643,7 @@ void installMergeCommands(frmMain& main) {
     // File > Save and the closing question file a result's letters.
     if (DocumentCommands* documents = documentCommands(main)) {
         documents->setMergeSaver(
-            [commands](frmDocument& result) { return commands->saveMergeDoc(result); });
+            [commands](frmDocument& result) { return commands->fileLetters(result); });
     }
     // A result window prints its ticked letters as one job.
     commands->setResultPrinter([&main](frmDocument& result, MergeResultNavigator& letters) {

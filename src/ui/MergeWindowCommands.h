@@ -93,6 +93,9 @@ public:
     // progress dialog; false when some could not be filed (the user has been
     // told which) or nothing was there to save.
     bool saveMergeDoc(frmDocument& result);
+    // The same, for the document routines (File > Save, the closing
+    // question), which hold the busy flag themselves.
+    bool fileLetters(frmDocument& result);
     // Makes a document a template of this kind.
     void changeTemplateInformation(frmDocument& document, InformationKind kind);
     // A record bar button by its key, on the active result window.

@@ -8,6 +8,7 @@
 #include "platform/fileControl.h"
 #include "platform/richtext/RichTextBox.h"
 #include "support/TestEnvironment.h"
+#include "ui/CommandActions.h"
 #include "ui/MergeWindowCommands.h"
 #include "ui/PageView.h"
 #include "ui/cbrMergeTools.h"
@@ -51,6 +52,8 @@ protected:
         context->fileDialogs = &dialogs;
         db = std::make_unique<MergeTestDatabase>(env.path("client.qmd"));
         db->fillStandardPractice();
+        // The companies under the business clients' category of the tree.
+        db->exec("UPDATE Companies SET CategoryNum = 3");
         fields.setLineBreaksAsParagraphs(false);
         window = std::make_unique<frmMain>();
         window->show();
@@ -429,6 +432,7 @@ TEST_F(MergeWindowTest, FileSaveAndThePdfMenuFileTheLetters) {
     // File > Save on a result files its letters again, edits included.
     result->rtfText().setSelStart(0);
     type(result->pageView(), "PS ");
+    settle();
     window->runCommand("mnuFileSave");
     settle();
     EXPECT_TRUE(msgbox.texts().isEmpty()) << msgbox.texts().join("|").toStdString();
