@@ -323,15 +323,17 @@ TEST(automationDBusTest, PerformMergeActsAsTheMergeButtonOnTheHostsRecipients) {
     const QDBusMessage opened =
         method(QStringLiteral("openNewMergeDocument"), {QVariant::fromValue(short(1))});
     ASSERT_EQ(opened.type(), QDBusMessage::ReplyMessage) << describe(opened);
-    ASSERT_EQ(setIDListArray(QVariant::fromValue(QList<int>{1, 2, 3})).type(),
+    ASSERT_EQ(setIDListArray(QVariant::fromValue(QList<int>{3, 1, 2})).type(),
               QDBusMessage::ReplyMessage);
     // The host's list is the template window's own.
-    EXPECT_EQ(idList().size(), 3);
+    EXPECT_EQ(idList(), (QList<QStringList>{{"3", ""}, {"1", ""}, {"2", ""}}));
 
     const QDBusMessage merged = method(QStringLiteral("performMerge"));
     ASSERT_EQ(merged.type(), QDBusMessage::ReplyMessage) << describe(merged);
-    // The result window is now the active document: one letter per company.
+    // The result window is now the active document: one letter per company,
+    // in the merge's order.
     EXPECT_EQ(idList(), (QList<QStringList>{{"1", ""}, {"2", ""}, {"3", ""}}));
+    EXPECT_EQ(get(QStringLiteral("SQLFilter")).type(), QDBusMessage::ReplyMessage);
     EXPECT_EQ(method(QStringLiteral("bringQuillmerePadToTop")).type(), QDBusMessage::ReplyMessage);
 
     // The unsaved letters would ask the user before Quit ends the program;
