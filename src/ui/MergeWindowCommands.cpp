@@ -15,6 +15,7 @@
 #include "print/PdfExport.h"
 #include "ui/CommandActions.h"
 #include "ui/DocumentCommands.h"
+#include "ui/PageView.h"
 #include "ui/PrintCommands.h"
 #include "ui/cbrMergeTools.h"
 #include "ui/frmDocument.h"
@@ -26,6 +27,7 @@
 #include <QListWidget>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QScrollBar>
 #include <QTextDocument>
 #include <QToolBar>
 
@@ -117,7 +119,12 @@ void MergeResultAttachment::afterMove() {
         const QSignalBlocker quiet(m_list);
         m_list->setCurrentRow(m_navigator.currentRecord());
     }
-    m_document.setupDocument(true, true);
+    // The page setup is the template's for every letter: the new text only
+    // needs the view back at its top, not a second layout.
+    if (PageView* view = m_document.pageView()) {
+        view->verticalScrollBar()->setValue(0);
+        view->horizontalScrollBar()->setValue(0);
+    }
     // Swapping the text is no edit.
     m_document.rtfText().document()->setModified(m_edited);
     m_document.setHasDocumentChanged(m_edited);
