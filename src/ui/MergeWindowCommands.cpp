@@ -83,8 +83,8 @@ MergeResultAttachment::MergeResultAttachment(frmDocument& document, std::unique_
     m_list = new QListWidget(&document);
     m_list->setObjectName(QStringLiteral("lstMergeRecipients"));
     m_list->setAccessibleName(QStringLiteral("Merge recipients"));
-    m_list->setMaximumWidth(260);
-    m_list->setMinimumWidth(180);
+    m_list->setMaximumWidth(200);
+    m_list->setMinimumWidth(140);
     refreshList();
     document.setSidePanel(m_list);
     connect(m_list, &QListWidget::currentRowChanged, this, [this](int row) {
