@@ -199,7 +199,15 @@ void MergeWindowCommands::setResultPrinter(ResultPrinter printer) {
     m_panel->setNavigationAvailable(QStringLiteral("Print"), static_cast<bool>(m_printer));
     const QString command = QStringLiteral("mnuMergeMergePrinter");
     if (m_printer && !m_main.hasRoute(command)) {
-        m_main.addRoute(command, [this] { navigate(QStringLiteral("Print")); });
+        // A result prints its letters; any other document prints as File >
+        // Print does.
+        m_main.addRoute(command, [this] {
+            if (MergeResultAttachment::of(activeDocument())) {
+                navigate(QStringLiteral("Print"));
+            } else {
+                m_main.runCommand(QStringLiteral("mnuFilePrint"));
+            }
+        });
         m_main.refreshMenuStatus();
     }
 }
