@@ -344,6 +344,21 @@ TEST(automationDBusTest, PerformMergeActsAsTheMergeButtonOnTheHostsRecipients) {
     waitFor([] { return !served(); }, 10000);
 }
 
+// The end of the desktop session leaves as Quit does: the host hears of it
+// once.
+TEST(automationDBusTest, TheEndOfTheSessionTellsTheHostOnce) {
+    HostSession host;
+    host.setUp();
+    ASSERT_EQ(method(QStringLiteral("openDocMergeProgram")).type(), QDBusMessage::ReplyMessage);
+    const uint pid = bus().interface()->servicePid(kService).value();
+    ASSERT_GT(pid, 0u);
+    QProcess::execute(QStringLiteral("kill"), {QStringLiteral("-TERM"), QString::number(pid)});
+    waitFor([&] { return host.listener.heard > 0 && !served(); }, 10000);
+    waitFor([] { return false; }, 300);
+    EXPECT_EQ(host.listener.heard, 1);
+    EXPECT_FALSE(served());
+}
+
 TEST(automationDBusTest, ASecondProcessLeavesTheServingOneAlone) {
     HostSession host;
     ASSERT_EQ(get(QStringLiteral("userID")).type(), QDBusMessage::ReplyMessage);
