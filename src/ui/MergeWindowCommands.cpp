@@ -351,7 +351,6 @@ frmDocument* MergeWindowCommands::createNewMergeDocument(frmDocument& source, Re
             if (!templateWindow || !m_dialog(*templateWindow)) {
                 return false;
             }
-            ids.clear();
             templateWindow->IDList.copyEntireListToSecondList(ids);
             filter = templateWindow->SQLFilter;
             return true;
@@ -570,21 +569,18 @@ void MergeWindowCommands::saveLetterAsPdf(frmDocument& result, MergeResultNaviga
 
 void MergeWindowCommands::saveAllAsPdf(frmDocument& result, MergeResultNavigator& letters) {
     // Each PDF goes beside its filed letter: letters not filed yet are filed
-    // first, as Save would.
-    if (!letters.allSaved() && !saveMergeDoc(result)) {
-        const std::vector<MergedRecord> filed = tickedLetters(letters);
-        const bool anyFiled = std::any_of(filed.begin(), filed.end(), [](const MergedRecord& r) {
-            return !r.savedPath.isEmpty() && fileControl::FileExists(r.savedPath);
-        });
-        if (!anyFiled) {
-            return;
-        }
+    // first, as Save would; those that cannot be filed have been named.
+    if (!letters.allSaved()) {
+        saveMergeDoc(result);
     }
     std::vector<MergedRecord> filed;
     for (const MergedRecord& record : tickedLetters(letters)) {
         if (!record.savedPath.isEmpty() && fileControl::FileExists(record.savedPath)) {
             filed.push_back(record);
         }
+    }
+    if (filed.empty()) {
+        return;
     }
     if (exportMergeDocPdf(filed, result.model(), QString(), true)) {
         m_main.setStatusPanel(
