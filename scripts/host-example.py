@@ -22,6 +22,9 @@ SERVICE = "org.quillmere.QuillmerePad"
 PATH = "/clsDocMerge"
 INTERFACE = "org.quillmere.clsDocMerge"
 HOST_NAME = "org.quillmere.HostExample"
+# The opening calls and the merge may wait for the user to answer one of
+# the program's questions.
+USER_TIMEOUT = 3600
 ERRORS_PATH = "/hostErrors"
 
 
@@ -82,9 +85,10 @@ def main():
 
     # 3. Exactly one opening call.
     if args.template:
-        doc_merge.openExistingMergeDocument(os.path.abspath(args.template), dbus.Int16(7))
+        doc_merge.openExistingMergeDocument(os.path.abspath(args.template), dbus.Int16(7),
+                                            timeout=USER_TIMEOUT)
     else:
-        doc_merge.openNewMergeDocument(dbus.Int16(1))
+        doc_merge.openNewMergeDocument(dbus.Int16(1), timeout=USER_TIMEOUT)
 
     # 4. The records: companies go in as IDListArray.
     ids = [int(i) for i in args.ids.split(",") if i.strip()]
@@ -98,7 +102,7 @@ def main():
 
     # 5. Merge at once and show the window.
     try:
-        doc_merge.performMerge()
+        doc_merge.performMerge(timeout=USER_TIMEOUT)
     except dbus.DBusException as e:
         print(f"performMerge: {e.get_dbus_name()}: {e.get_dbus_message()}")
     doc_merge.bringQuillmerePadToTop()

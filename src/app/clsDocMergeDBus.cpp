@@ -7,8 +7,12 @@
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QRegularExpression>
+#include <QTimer>
 
 namespace {
+
+// How long a process no host has opened waits for a host to call again.
+constexpr int kHostGraceMs = 5000;
 
 const QString kHostErrorInterface = QStringLiteral("org.quillmere.errorClass");
 
@@ -112,6 +116,14 @@ clsDocMergeDBus::clsDocMergeDBus(clsDocMerge& object, QObject* parent)
     : QObject(parent), m_object(object), m_hosts(new QDBusServiceWatcher(this)) {
     m_hosts->setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
     connect(m_hosts, &QDBusServiceWatcher::serviceUnregistered, this, &clsDocMergeDBus::hostLeft);
+    m_hostGrace = new QTimer(this);
+    m_hostGrace->setSingleShot(true);
+    m_hostGrace->setInterval(kHostGraceMs);
+    connect(m_hostGrace, &QTimer::timeout, this, [this] {
+        if (m_hosts->watchedServices().isEmpty() && !m_object.isOpened()) {
+            Q_EMIT hostsGone();
+        }
+    });
     m_object.setExitDocMergeHandler([this] { Q_EMIT ExitDocMerge(); });
 }
 
@@ -138,6 +150,7 @@ void clsDocMergeDBus::noteCaller() const {
     if (!calledFromDBus()) {
         return;
     }
+    m_hostGrace->stop();
     const QString caller = message().service();
     if (m_hosts->watchedServices().isEmpty()) {
         m_hosts->setConnection(connection());
@@ -152,7 +165,7 @@ void clsDocMergeDBus::hostLeft(const QString& name) {
     // Once a window is open the user owns the session; before that, an
     // unattended process would wait for nobody.
     if (m_hosts->watchedServices().isEmpty() && !m_object.isOpened()) {
-        Q_EMIT hostsGone();
+        m_hostGrace->start();
     }
 }
 

@@ -11,6 +11,8 @@
 #include <QStringList>
 #include <functional>
 
+class QTimer;
+
 // The automation object as the bus sees it: the generated adaptor forwards
 // every property and method here, and each is one call of clsDocMerge. A
 // broken rule of the interface becomes an error reply to the caller.
@@ -72,8 +74,9 @@ public Q_SLOTS:
 
 Q_SIGNALS:
     void ExitDocMerge();
-    // Every host that called has left the bus before an opening call: no
-    // one is left to open a window or to end the program.
+    // Every host that called has left the bus before an opening call, and
+    // none came back within a few seconds: no one is left to open a window
+    // or to end the program.
     void hostsGone();
 
 private:
@@ -85,6 +88,9 @@ private:
     clsDocMerge& m_object;
     HostErrorAddress m_errorAddress;
     QDBusServiceWatcher* m_hosts = nullptr;
+    // A host that makes each call from a connection of its own (a shell
+    // script calling a command-line tool) leaves the bus between calls.
+    QTimer* m_hostGrace = nullptr;
 };
 
 // The D-Bus error name of a broken rule, e.g.

@@ -5,19 +5,18 @@
 #include "context/AppContext.h"
 #include "documents/modDocument.h"
 #include "merge/MergeResultDocument.h"
+#include "platform/FieldTable.h"
 #include "platform/TerminationSignal.h"
 #include "platform/errorClass.h"
 #include "platform/fileControl.h"
-#include "platform/richtext/RichTextBox.h"
+#include "platform/text/stringControl.h"
+#include "ui/DocumentCommands.h"
 #include "ui/MergeWindowCommands.h"
 #include "ui/frmDocument.h"
 #include "ui/frmMain.h"
 
 #include <QApplication>
-#include <QFileInfo>
-#include <QMdiArea>
 #include <QMdiSubWindow>
-#include <QTextEdit>
 #include <QTimer>
 #include <cstdio>
 
@@ -52,139 +51,89 @@ void HostedApplication::doEventsIfInputPending() {
     ::doEventsIfInputPending();
 }
 
-HostedApplication::Document& HostedApplication::addDocument(const QString& caption) {
+frmDocument* HostedApplication::activeDocument() const {
+    frmMain* main = m_window.window();
+    QMdiSubWindow* sub = main ? main->activeDocumentWindow() : nullptr;
+    return sub ? qobject_cast<frmDocument*>(sub->widget()) : nullptr;
+}
+
+void HostedApplication::createNewStandardDocument() {
     frmMain* main = m_window.window();
     if (!main) {
         throw QmError(QmError::Internal, QStringLiteral("The main window is not loaded."));
     }
     main->newDocument(++app().unnamedDocumentCount);
-    auto document = std::make_unique<Document>();
-    document->window = main->MDIArea()->subWindowList().last();
-    if (!caption.isEmpty()) {
-        document->window->setWindowTitle(caption);
-    }
-    document->merge = std::make_unique<MergeResultDocument>();
-    document->merge->templateCaption = document->window->windowTitle();
-    m_documents.push_back(std::move(document));
-    return *m_documents.back();
-}
-
-void HostedApplication::createNewStandardDocument() {
-    addDocument(QString());
 }
 
 void HostedApplication::openExistingDocument(const QString& filePath) {
-    RichTextBox box;
-    try {
-        box.LoadFile(filePath, RichTextBox::rtfRTF);
-    } catch (const QmError& fault) {
-        // Documents of other programs and plain text come in as text.
-        if (fault.number() != QmError::InvalidFileFormat) {
-            throw;
-        }
-        box.LoadFile(filePath, RichTextBox::rtfText);
-    }
-    Document& document = addDocument(QFileInfo(filePath).completeBaseName());
-    openCompanionInformation(filePath, document.merge->model);
-    if (auto* window = qobject_cast<frmDocument*>(document.window->widget())) {
-        // The window is what the user reads and what the merge button merges.
-        const DocumentModel& from = document.merge->model;
-        window->setDocumentType(from.documentType);
-        window->setInformationType(from.InformationType);
-        window->setFileSaveType(from.fileSaveType);
-        window->model().PaperSize = from.PaperSize;
-        window->putDocumentOrientation(from.getDocumentOrientation(), false);
-        window->putPageWidth(from.getPageWidth(), false);
-        window->putPageHeight(from.getPageHeight(), false);
-        window->putLeftMargin(from.getLeftMargin(), false);
-        window->putRightMargin(from.getRightMargin(), false);
-        window->putTopMargin(from.getTopMargin(), false);
-        window->putBottomMargin(from.getBottomMargin(), false);
-        window->loadText(box.TextRTF());
-        window->DocumentFileName = filePath;
-        window->DocumentCaption = document.window->windowTitle();
-        window->setHasDocumentChanged(false);
-        window->setIsDocumentSaved(true);
-    } else if (auto* editor = qobject_cast<QTextEdit*>(document.window->widget())) {
-        editor->setDocument(box.document()->clone(editor));
-    }
-}
-
-HostedApplication::Document* HostedApplication::activeDocument() const {
     frmMain* main = m_window.window();
-    if (!main) {
-        return nullptr;
+    DocumentCommands* documents = main ? documentCommands(*main) : nullptr;
+    if (!documents) {
+        throw QmError(QmError::Internal, QStringLiteral("The main window is not loaded."));
     }
-    QMdiSubWindow* current = main->MDIArea()->currentSubWindow();
-    Document* last = nullptr;
-    for (const auto& document : m_documents) {
-        if (!document->window) {
-            continue; // closed by the user
-        }
-        if (document->window == current) {
-            return document.get();
-        }
-        last = document.get();
-    }
-    // Without a focused window (hidden or offscreen) the newest one counts.
-    return current ? nullptr : last;
+    // The window's own opening routine: a file it cannot read is told to the
+    // user there, and leaves no window.
+    documents->openExistingDocument(filePath, 0);
 }
 
 bool HostedApplication::hasActiveDocument() const {
     return activeDocument() != nullptr;
 }
+
 QString HostedApplication::SQLFilter() const {
-    return activeDocument()->merge->SQLFilter;
+    return activeDocument()->SQLFilter;
 }
+
 void HostedApplication::setSQLFilter(const QString& filter) {
-    activeDocument()->merge->SQLFilter = filter;
+    activeDocument()->SQLFilter = filter;
 }
+
 void HostedApplication::connectToRemittRST() {
-    activeDocument()->merge->connectToRemittRST();
+    frmDocument* document = activeDocument();
+    const InformationKind kind = document->InformationType();
+    if (!isSearchKind(kind) || stringControl::isBlank(document->SQLFilter)) {
+        return;
+    }
+    // The filter is tried on the search at once, so that one the record set
+    // cannot take reaches the host now rather than at the merge.
+    MergeResultDocument probe;
+    probe.model.InformationType = kind;
+    probe.taskSearch = document->taskSearch;
+    probe.appointmentSearch = document->appointmentSearch;
+    probe.SQLFilter = document->SQLFilter;
+    probe.connectToRemittRST();
 }
+
 FieldTable& HostedApplication::IDList() {
-    return activeDocument()->merge->IDList;
+    return activeDocument()->IDList;
 }
 
 void HostedApplication::changeTemplateInformation(int mergeType) {
-    Document* document = activeDocument();
-    const bool wasCreating = app().isCreatingDocument;
-    app().isCreatingDocument = true;
-    document->merge->model.documentType = DocumentModel::Template;
-    document->merge->model.InformationType = static_cast<InformationKind>(mergeType);
-    QString caption = document->window->windowTitle();
-    const QString prefix = QStringLiteral("Merge Template - ");
-    if (!caption.startsWith(prefix)) {
-        caption = prefix + caption;
+    frmDocument* document = activeDocument();
+    frmMain* main = m_window.window();
+    auto* commands = main ? main->findChild<MergeWindowCommands*>() : nullptr;
+    if (mergeType < toInt(InformationKind::Companies) ||
+        mergeType > toInt(InformationKind::WorkListTasks)) {
+        throw DocMergeError(
+            DocMergeError::Kind::TypeMismatch,
+            QStringLiteral("mergeType %1 is not an information type (1 to 8).").arg(mergeType));
     }
-    document->window->setWindowTitle(caption);
-    document->merge->templateCaption = caption;
-    app().isCreatingDocument = wasCreating;
+    if (!commands) {
+        throw QmError(QmError::Internal, QStringLiteral("The merge tools are not loaded."));
+    }
+    commands->changeTemplateInformation(*document, static_cast<InformationKind>(mergeType));
 }
 
 void HostedApplication::performMerge() {
-    Document* document = activeDocument();
+    frmDocument* document = activeDocument();
     frmMain* main = m_window.window();
     auto* commands = main ? main->findChild<MergeWindowCommands*>() : nullptr;
-    auto* window = document && document->window
-                       ? qobject_cast<frmDocument*>(document->window->widget())
-                       : nullptr;
-    if (!commands || !window) {
+    if (!commands || !document) {
         throw DocMergeError(DocMergeError::Kind::NotAvailable,
                             QStringLiteral("The active document has no window to merge from."));
     }
-    // What the host set on its document is what the merge button reads.
-    const DocumentModel& model = document->merge->model;
-    if (model.documentType == DocumentModel::Template) {
-        window->setDocumentType(DocumentModel::Template);
-        window->setInformationType(model.InformationType);
-    }
-    if (window->DocumentCaption.isEmpty()) {
-        window->DocumentCaption = document->window->windowTitle();
-    }
-    document->merge->IDList.copyEntireListToSecondList(window->IDList);
-    window->SQLFilter = document->merge->SQLFilter;
-    commands->mergeDocument(*window);
+    // The host's list or filter, when it gave one, is the merge's.
+    commands->mergeDocument(*document, MergeWindowCommands::Recipients::GivenFirst);
 }
 
 void HostedApplication::bringToForeground() {
@@ -198,6 +147,11 @@ void HostedApplication::bringToForeground() {
 void HostedApplication::exitCurrentProgram() {
     if (m_started) {
         m_program.exitCurrentProgram();
+        // A Cancel at a document's question keeps the program, and the
+        // host's session, running.
+        if (!m_program.hasExited()) {
+            return;
+        }
     } else if (m_service) {
         m_service->programEnds();
     }

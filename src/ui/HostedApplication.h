@@ -2,19 +2,14 @@
 
 #include "app/clsDocMerge.h"
 
-#include <QPointer>
-#include <memory>
-#include <vector>
-
 class Application;
 class AutomationService;
-class MergeResultDocument;
-class QMdiSubWindow;
 class QtMainWindowHost;
+class frmDocument;
 
 // The windowed program as the automation object sees it: start-up with the
-// host's values, the document windows the opening calls make, and each
-// document's recipients.
+// host's values, and the document windows themselves: what the host puts on
+// the active document is what the user sees and what the merge button reads.
 class HostedApplication : public DocMergeApplication {
 public:
     HostedApplication(Application& program, QtMainWindowHost& window);
@@ -39,17 +34,12 @@ public:
     void exitCurrentProgram() override;
 
 private:
-    struct Document {
-        QPointer<QMdiSubWindow> window;
-        std::unique_ptr<MergeResultDocument> merge;
-    };
-    Document* activeDocument() const;
-    Document& addDocument(const QString& caption);
+    // The main window's active document window, as the user sees it.
+    frmDocument* activeDocument() const;
 
     Application& m_program;
     QtMainWindowHost& m_window;
     AutomationService* m_service = nullptr;
-    std::vector<std::unique_ptr<Document>> m_documents;
     bool m_started = false;
     int m_busy = 0;
 };

@@ -3,19 +3,31 @@
 #include "app/MenuDefinition.h"
 #include "context/AppContext.h"
 #include "files/clsINI.h"
+#include "files/clsWorkingFolderLocation.h"
 #include "merge/clsInsertFieldsInRTB.h"
+#include "merge/modDocVaultFolders.h"
+#include "platform/FileDialogs.h"
 #include "platform/MsgboxClass.h"
 #include "platform/ProgressReporter.h"
 #include "platform/errorClass.h"
+#include "platform/fileControl.h"
+#include "platform/text/stringControl.h"
+#include "print/PdfExport.h"
 #include "ui/CommandActions.h"
+#include "ui/DocumentCommands.h"
+#include "ui/PageView.h"
+#include "ui/PrintCommands.h"
 #include "ui/cbrMergeTools.h"
 #include "ui/frmDocument.h"
 #include "ui/frmMain.h"
 
 #include <QAction>
+#include <QDir>
+#include <QFileInfo>
 #include <QListWidget>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QScrollBar>
 #include <QTextDocument>
 #include <QToolBar>
 
@@ -44,6 +56,19 @@ void copyPageSetup(const DocumentModel& from, DocumentModel& to) {
     to.putBottomMargin(from.getBottomMargin(), false);
 }
 
+// The letters a result window prints or copies: those still ticked in its
+// list, and only those that were merged.
+std::vector<MergedRecord> tickedLetters(const MergeResultNavigator& letters) {
+    std::vector<MergedRecord> ticked;
+    for (int i = 0; i < letters.recordCount(); ++i) {
+        const MergedRecord& record = letters.records()[size_t(i)];
+        if (!letters.isExcluded(i) && !record.mergeFailed) {
+            ticked.push_back(record);
+        }
+    }
+    return ticked;
+}
+
 QMdiSubWindow* windowOf(frmDocument& document) {
     return qobject_cast<QMdiSubWindow*>(document.parentWidget());
 }
@@ -58,8 +83,8 @@ MergeResultAttachment::MergeResultAttachment(frmDocument& document, std::unique_
     m_list = new QListWidget(&document);
     m_list->setObjectName(QStringLiteral("lstMergeRecipients"));
     m_list->setAccessibleName(QStringLiteral("Merge recipients"));
-    m_list->setMaximumWidth(260);
-    m_list->setMinimumWidth(180);
+    m_list->setMaximumWidth(200);
+    m_list->setMinimumWidth(140);
     refreshList();
     document.setSidePanel(m_list);
     connect(m_list, &QListWidget::currentRowChanged, this, [this](int row) {
@@ -94,7 +119,12 @@ void MergeResultAttachment::afterMove() {
         const QSignalBlocker quiet(m_list);
         m_list->setCurrentRow(m_navigator.currentRecord());
     }
-    m_document.setupDocument(true, true);
+    // The page setup is the template's for every letter: the new text only
+    // needs the view back at its top, not a second layout.
+    if (PageView* view = m_document.pageView()) {
+        view->verticalScrollBar()->setValue(0);
+        view->horizontalScrollBar()->setValue(0);
+    }
     // Swapping the text is no edit.
     m_document.rtfText().document()->setModified(m_edited);
     m_document.setHasDocumentChanged(m_edited);
@@ -159,9 +189,9 @@ MergeWindowCommands::MergeWindowCommands(frmMain& main) : QObject(&main), m_main
 
 MergeWindowCommands::~MergeWindowCommands() = default;
 
-void MergeWindowCommands::setRecipientChooser(MergeDocumentFlow::RecipientChooser chooser) {
-    m_chooser = std::move(chooser);
-    m_panel->setCategoryAvailable(1, static_cast<bool>(m_chooser));
+void MergeWindowCommands::setRecipientDialog(RecipientDialog dialog) {
+    m_dialog = std::move(dialog);
+    m_panel->setCategoryAvailable(1, static_cast<bool>(m_dialog));
 }
 
 void MergeWindowCommands::setResultPrinter(ResultPrinter printer) {
@@ -169,7 +199,15 @@ void MergeWindowCommands::setResultPrinter(ResultPrinter printer) {
     m_panel->setNavigationAvailable(QStringLiteral("Print"), static_cast<bool>(m_printer));
     const QString command = QStringLiteral("mnuMergeMergePrinter");
     if (m_printer && !m_main.hasRoute(command)) {
-        m_main.addRoute(command, [this] { navigate(QStringLiteral("Print")); });
+        // A result prints its letters; any other document prints as File >
+        // Print does.
+        m_main.addRoute(command, [this] {
+            if (MergeResultAttachment::of(activeDocument())) {
+                navigate(QStringLiteral("Print"));
+            } else {
+                m_main.runCommand(QStringLiteral("mnuFilePrint"));
+            }
+        });
         m_main.refreshMenuStatus();
     }
 }
@@ -291,30 +329,31 @@ void MergeWindowCommands::mergeButton() {
     }
 }
 
-frmDocument* MergeWindowCommands::mergeDocument(frmDocument& document) {
+frmDocument* MergeWindowCommands::mergeDocument(frmDocument& document, Recipients from) {
     if (app().isCreatingDocument) {
         return nullptr;
     }
     bool approved = false;
     const MergeTemplateSource source = sourceOf(document);
     busy([&] { approved = MergeDocumentFlow::approveMerge(source); });
-    return approved ? createNewMergeDocument(document) : nullptr;
+    return approved ? createNewMergeDocument(document, from) : nullptr;
 }
 
-frmDocument* MergeWindowCommands::createNewMergeDocument(frmDocument& source) {
+frmDocument* MergeWindowCommands::createNewMergeDocument(frmDocument& source, Recipients from) {
     ProcedureScope scope(app().errors, "QuillmerePad.exe-modDocument-createNewMergeDocument");
     QPointer<frmDocument> templateWindow(&source);
+    const bool given = !source.IDList.isEmpty() || !stringControl::isBlank(source.SQLFilter);
     MergeDocumentFlow::RecipientChooser chooser;
-    if (m_chooser) {
-        // What the dialog picks stays with the template, as the dialog's own
-        // OK would leave it.
-        chooser = [this, templateWindow](InformationKind kind, FieldTable& ids, QString& filter) {
-            const bool chosen = m_chooser(kind, ids, filter);
-            if (chosen && templateWindow) {
-                ids.copyEntireListToSecondList(templateWindow->IDList);
-                templateWindow->SQLFilter = filter;
+    if (m_dialog && !(from == Recipients::GivenFirst && given)) {
+        // The dialogs work on the template itself, so what they pick stays
+        // with it for the next merge.
+        chooser = [this, templateWindow](InformationKind, FieldTable& ids, QString& filter) {
+            if (!templateWindow || !m_dialog(*templateWindow)) {
+                return false;
             }
-            return chosen;
+            templateWindow->IDList.copyEntireListToSecondList(ids);
+            filter = templateWindow->SQLFilter;
+            return true;
         };
     }
     std::unique_ptr<MergeRun> run;
@@ -359,14 +398,22 @@ frmDocument* MergeWindowCommands::createNewMergeDocument(frmDocument& source) {
             });
     attachment->showRecord(0);
     result->setIsDocumentSaved(false);
+    if (attachment->navigator().result().stoppedByUser) {
+        tell(QStringLiteral("The merge was stopped after %1 letters; only they are in this result.")
+                 .arg(attachment->navigator().recordCount()));
+    }
     setupMergeToolBar();
     m_main.refreshMenuStatus();
     return result;
 }
 
 bool MergeWindowCommands::saveMergeDoc(frmDocument& result) {
+    return !app().isCreatingDocument && fileLetters(result);
+}
+
+bool MergeWindowCommands::fileLetters(frmDocument& result) {
     MergeResultAttachment* attachment = MergeResultAttachment::of(&result);
-    if (!attachment || app().isCreatingDocument) {
+    if (!attachment) {
         return false;
     }
     MergeResultNavigator& navigator = attachment->navigator();
@@ -450,8 +497,19 @@ void MergeWindowCommands::navigate(const QString& key) {
     }
     if (key == QLatin1String("Print")) {
         if (m_printer) {
+            if (navigator.currentRecordChanged()) {
+                navigator.saveRTF();
+            }
             busy([&] { m_printer(*document, navigator); });
         }
+        return;
+    }
+    if (key == QLatin1String("SaveLetterPdf")) {
+        saveLetterAsPdf(*document, navigator);
+        return;
+    }
+    if (key == QLatin1String("SaveAllPdf")) {
+        saveAllAsPdf(*document, navigator);
         return;
     }
     if (key == QLatin1String("First")) {
@@ -466,6 +524,68 @@ void MergeWindowCommands::navigate(const QString& key) {
         return;
     }
     attachment->showRecord(navigator.currentRecord());
+}
+
+void MergeWindowCommands::saveLetterAsPdf(frmDocument& result, MergeResultNavigator& letters) {
+    const int current = letters.currentRecord();
+    if (current < 0 || !app().fileDialogs) {
+        return;
+    }
+    if (letters.currentRecordChanged()) {
+        letters.saveRTF();
+    }
+    const MergedRecord& record = letters.records()[size_t(current)];
+    if (record.mergeFailed) {
+        tell(QStringLiteral("This letter could not be merged, so there is nothing to save as "
+                            "PDF.\n\n") +
+             record.failure);
+        return;
+    }
+    QString suggested;
+    if (!record.savedPath.isEmpty()) {
+        suggested = pdfPathBeside(record.savedPath);
+    } else {
+        QString folder =
+            app().workingFolders ? app().workingFolders->getMyDocumentsFolder() : QString();
+        if (folder.isEmpty()) {
+            folder = QDir::homePath();
+        }
+        suggested = QDir(folder).filePath(cleanFolderName(record.name) + QStringLiteral(".pdf"));
+    }
+    const auto chosen = app().fileDialogs->saveFileName(QStringLiteral("Save as PDF"), suggested,
+                                                        QStringLiteral("PDF Files (*.pdf)"));
+    if (!chosen || chosen->isEmpty()) {
+        return;
+    }
+    QString path = *chosen;
+    if (QFileInfo(path).suffix().compare(QLatin1String("pdf"), Qt::CaseInsensitive) != 0) {
+        path += QStringLiteral(".pdf");
+    }
+    if (exportMergeDocPdf({record}, result.model(), path, false)) {
+        m_main.setStatusPanel(
+            1, QStringLiteral("Saved %1 as %2").arg(record.name, QDir::toNativeSeparators(path)));
+    }
+}
+
+void MergeWindowCommands::saveAllAsPdf(frmDocument& result, MergeResultNavigator& letters) {
+    // Each PDF goes beside its filed letter: letters not filed yet are filed
+    // first, as Save would; those that cannot be filed have been named.
+    if (!letters.allSaved()) {
+        saveMergeDoc(result);
+    }
+    std::vector<MergedRecord> filed;
+    for (const MergedRecord& record : tickedLetters(letters)) {
+        if (!record.savedPath.isEmpty() && fileControl::FileExists(record.savedPath)) {
+            filed.push_back(record);
+        }
+    }
+    if (filed.empty()) {
+        return;
+    }
+    if (exportMergeDocPdf(filed, result.model(), QString(), true)) {
+        m_main.setStatusPanel(
+            1, QStringLiteral("Saved %1 PDF files beside the filed letters").arg(filed.size()));
+    }
 }
 
 void MergeWindowCommands::onListChosen(int list, int entry) {
@@ -498,8 +618,8 @@ void MergeWindowCommands::onCategoryClicked(int index) {
     }
     switch (index) {
     case 1:
-        if (m_chooser) {
-            m_chooser(document->InformationType(), document->IDList, document->SQLFilter);
+        if (m_dialog) {
+            m_dialog(*document);
         }
         break;
     case 5:
@@ -531,6 +651,15 @@ void installMergeCommands(frmMain& main) {
             }
         });
     }
+    // File > Save and the closing question file a result's letters.
+    if (DocumentCommands* documents = documentCommands(main)) {
+        documents->setMergeSaver(
+            [commands](frmDocument& result) { return commands->fileLetters(result); });
+    }
+    // A result window prints its ticked letters as one job.
+    commands->setResultPrinter([&main](frmDocument& result, MergeResultNavigator& letters) {
+        printMergeDoc(&main, tickedLetters(letters), result.model(), result.DocumentCaption);
+    });
     const QString tutorial = QStringLiteral("mnuViewToolbarMergeTutorial");
     if (!main.hasRoute(tutorial)) {
         main.addRoute(tutorial, [commands] { commands->toggleTutorial(); });

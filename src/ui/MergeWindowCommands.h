@@ -62,10 +62,12 @@ public:
     cbrMergeTools* panel() const { return m_panel; }
     modMergeControl& control() { return m_control; }
 
-    // How recipients are picked when a merge starts (the recipient dialog,
-    // the search dialogs). Without one, the template's IDList or SQLFilter
-    // is taken as it stands.
-    void setRecipientChooser(MergeDocumentFlow::RecipientChooser chooser);
+    // Lets the user pick a template's recipients (the recipient dialog, the
+    // search dialogs), writing them into its IDList or SQLFilter; false when
+    // nothing was chosen. Without one, the template's IDList or SQLFilter is
+    // taken as it stands.
+    using RecipientDialog = std::function<bool(frmDocument& document)>;
+    void setRecipientDialog(RecipientDialog dialog);
     // How a result window's letters are printed (its Print button and Merge
     // to Printer); without one both stay off with a note.
     using ResultPrinter = std::function<void(frmDocument& result, MergeResultNavigator& letters)>;
@@ -76,16 +78,24 @@ public:
     // Buttons 5 and 6 on the active template.
     void testMergeDocument();
     void mergeButton();
+    // Where the recipients of a company or contact merge come from: the
+    // merge button always lets the user tick them (the template's list ticked
+    // already); a host's merge takes the list it gave and asks only when it
+    // gave none.
+    enum class Recipients { Dialog, GivenFirst };
     // Button 6 on a given template: the test, the question on a fault, the
     // merge and its result window (returned; null when none was made).
-    frmDocument* mergeDocument(frmDocument& document);
+    frmDocument* mergeDocument(frmDocument& document, Recipients from = Recipients::Dialog);
     // Picks the recipients, merges and opens the result window; null when
     // there is nothing to show (the user has been told why).
-    frmDocument* createNewMergeDocument(frmDocument& source);
+    frmDocument* createNewMergeDocument(frmDocument& source, Recipients from = Recipients::Dialog);
     // Files every ticked record of a result window into the vault under the
     // progress dialog; false when some could not be filed (the user has been
     // told which) or nothing was there to save.
     bool saveMergeDoc(frmDocument& result);
+    // The same, for the document routines (File > Save, the closing
+    // question), which hold the busy flag themselves.
+    bool fileLetters(frmDocument& result);
     // Makes a document a template of this kind.
     void changeTemplateInformation(frmDocument& document, InformationKind kind);
     // A record bar button by its key, on the active result window.
@@ -98,6 +108,10 @@ public:
 private:
     static const struct ViewSetting* tutorialSetting();
     void showTutorial(bool shown);
+    // The PDF menu of a result window: the letter on show where the user
+    // says, or one beside each filed letter (filing first what is not).
+    void saveLetterAsPdf(frmDocument& result, MergeResultNavigator& letters);
+    void saveAllAsPdf(frmDocument& result, MergeResultNavigator& letters);
     void onListChosen(int list, int entry);
     void onCategoryClicked(int index);
     MergeTemplateSource sourceOf(frmDocument& document) const;
@@ -107,7 +121,7 @@ private:
     frmMain& m_main;
     modMergeControl m_control;
     cbrMergeTools* m_panel = nullptr;
-    MergeDocumentFlow::RecipientChooser m_chooser;
+    RecipientDialog m_dialog;
     ResultPrinter m_printer;
     // The kind the field lists were last filled for.
     int m_listedKind = -1;

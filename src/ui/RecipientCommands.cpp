@@ -3,6 +3,7 @@
 #include "context/AppContext.h"
 #include "merge/RecipientSelection.h"
 #include "platform/MsgboxClass.h"
+#include "ui/MergeWindowCommands.h"
 #include "ui/frmDocument.h"
 #include "ui/frmMain.h"
 #include "ui/frmSearchAppointments.h"
@@ -116,5 +117,9 @@ void installRecipientCommands(frmMain& main) {
                 selectRecipients(*made);
             }
         });
+    }
+    // The merge button and the panel's recipient button open the same dialogs.
+    if (auto* merge = main.findChild<MergeWindowCommands*>()) {
+        merge->setRecipientDialog([](frmDocument& document) { return selectRecipients(document); });
     }
 }

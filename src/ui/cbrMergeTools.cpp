@@ -8,6 +8,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QStandardItemModel>
 #include <QToolButton>
 
@@ -118,6 +119,28 @@ cbrMergeTools::cbrMergeTools(modMergeControl& control, QWidget* parent)
         action->setObjectName(key);
         m_navigationAvailable.insert(key, true);
     }
+    // PDF copies of the letters: the one on show, or one beside each filed
+    // letter.
+    auto* pdfMenu = new QMenu(m_navigation);
+    pdfMenu->setObjectName(QStringLiteral("mnuMergePdf"));
+    const std::pair<QString, QString> pdfChoices[] = {
+        {QStringLiteral("SaveLetterPdf"), QStringLiteral("This Letter as PDF...")},
+        {QStringLiteral("SaveAllPdf"),
+         QStringLiteral("All Letters as PDF Beside Each Filed Letter")},
+    };
+    for (const auto& [key, caption] : pdfChoices) {
+        QAction* choice =
+            pdfMenu->addAction(caption, this, [this, key = key] { Q_EMIT navigationClicked(key); });
+        choice->setObjectName(key);
+    }
+    QAction* pdf = m_navigation->addAction(QIcon::fromTheme(QStringLiteral("application-pdf")),
+                                           QStringLiteral("Save as PDF"));
+    pdf->setObjectName(QStringLiteral("Save as PDF"));
+    pdf->setMenu(pdfMenu);
+    if (auto* button = qobject_cast<QToolButton*>(m_navigation->widgetForAction(pdf))) {
+        button->setPopupMode(QToolButton::InstantPopup);
+    }
+    m_navigationAvailable.insert(pdf->objectName(), true);
     m_navigationBarAction = addWidget(m_navigation);
 
     auto* recipientBar = new QToolBar(QStringLiteral("Merge Recipient"), this);

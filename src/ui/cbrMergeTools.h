@@ -31,7 +31,8 @@ public:
     // The tutorial line alone (no document open).
     void setTutorial(const QString& text);
     void setRecipientName(const QString& name);
-    // The record bar's button of this key ("First" ... "Print", "Save").
+    // The record bar's button of this key ("First" ... "Print", "Save",
+    // "Save as PDF", whose menu holds "SaveLetterPdf" and "SaveAllPdf").
     QAction* navigationAction(const QString& key) const;
     QToolButton* categoryButton(int index) const { return m_buttons.value(index); }
     QComboBox* categoryList(int index) const { return m_lists.value(index); }
@@ -46,7 +47,7 @@ Q_SIGNALS:
     void categoryClicked(int index);
     // Entry `entry` of list `list` was chosen.
     void listChosen(int list, int entry);
-    // A record bar button by its key.
+    // A record bar button by its key, or a choice of the PDF menu.
     void navigationClicked(const QString& key);
 
 private:

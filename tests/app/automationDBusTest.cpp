@@ -317,6 +317,48 @@ TEST(automationDBusTest, AfterTheOpeningCallIDListArrayFillsTheDocumentsList) {
     bus().unregisterObject(QStringLiteral("/hostErrors"));
 }
 
+TEST(automationDBusTest, PerformMergeActsAsTheMergeButtonOnTheHostsRecipients) {
+    HostSession host;
+    host.setUp();
+    const QDBusMessage opened =
+        method(QStringLiteral("openNewMergeDocument"), {QVariant::fromValue(short(1))});
+    ASSERT_EQ(opened.type(), QDBusMessage::ReplyMessage) << describe(opened);
+    ASSERT_EQ(setIDListArray(QVariant::fromValue(QList<int>{3, 1, 2})).type(),
+              QDBusMessage::ReplyMessage);
+    // The host's list is the template window's own.
+    EXPECT_EQ(idList(), (QList<QStringList>{{"3", ""}, {"1", ""}, {"2", ""}}));
+
+    const QDBusMessage merged = method(QStringLiteral("performMerge"));
+    ASSERT_EQ(merged.type(), QDBusMessage::ReplyMessage) << describe(merged);
+    // The result window is now the active document: one letter per company,
+    // in the merge's order.
+    EXPECT_EQ(idList(), (QList<QStringList>{{"1", ""}, {"2", ""}, {"3", ""}}));
+    EXPECT_EQ(get(QStringLiteral("SQLFilter")).type(), QDBusMessage::ReplyMessage);
+    EXPECT_EQ(method(QStringLiteral("bringQuillmerePadToTop")).type(), QDBusMessage::ReplyMessage);
+
+    // The unsaved letters would ask the user before Quit ends the program;
+    // nobody is there to answer, so the process goes without asking.
+    const uint pid = bus().interface()->servicePid(kService).value();
+    ASSERT_GT(pid, 0u);
+    QProcess::execute(QStringLiteral("kill"), {QStringLiteral("-KILL"), QString::number(pid)});
+    waitFor([] { return !served(); }, 10000);
+}
+
+// The end of the desktop session leaves as Quit does: the host hears of it
+// once.
+TEST(automationDBusTest, TheEndOfTheSessionTellsTheHostOnce) {
+    HostSession host;
+    host.setUp();
+    ASSERT_EQ(method(QStringLiteral("openDocMergeProgram")).type(), QDBusMessage::ReplyMessage);
+    const uint pid = bus().interface()->servicePid(kService).value();
+    ASSERT_GT(pid, 0u);
+    QProcess::execute(QStringLiteral("kill"), {QStringLiteral("-TERM"), QString::number(pid)});
+    waitFor([&] { return host.listener.heard > 0 && !served(); }, 10000);
+    waitFor([] { return false; }, 300);
+    EXPECT_EQ(host.listener.heard, 1);
+    EXPECT_FALSE(served());
+}
+
 TEST(automationDBusTest, ASecondProcessLeavesTheServingOneAlone) {
     HostSession host;
     ASSERT_EQ(get(QStringLiteral("userID")).type(), QDBusMessage::ReplyMessage);

@@ -81,7 +81,7 @@ int main(int argc, char** argv) {
         if (!save(window, QString::fromLocal8Bit(argv[1]))) {
             status = 1;
         }
-        merge->mergeDocument(*letter);
+        merge->mergeDocument(*letter, MergeWindowCommands::Recipients::GivenFirst);
         QTimer::singleShot(600, &window, [&] {
             if (!save(window, QString::fromLocal8Bit(argv[2]))) {
                 status = 1;

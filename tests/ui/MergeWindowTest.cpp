@@ -3,15 +3,19 @@
 #include "files/clsWorkingFolderLocation.h"
 #include "merge/MergeTestDatabase.h"
 #include "merge/clsInsertFieldsInRTB.h"
+#include "platform/FileDialogs.h"
 #include "platform/MsgboxClass.h"
 #include "platform/fileControl.h"
 #include "platform/richtext/RichTextBox.h"
 #include "support/TestEnvironment.h"
+#include "ui/CommandActions.h"
 #include "ui/MergeWindowCommands.h"
 #include "ui/PageView.h"
 #include "ui/cbrMergeTools.h"
 #include "ui/frmDocument.h"
 #include "ui/frmMain.h"
+#include "ui/frmSearchTasks.h"
+#include "ui/frmSelectCompanies.h"
 
 #include <QAction>
 #include <QApplication>
@@ -23,10 +27,15 @@
 #include <QListWidget>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QPushButton>
 #include <QStandardItemModel>
+#include <QTest>
+#include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
+#include <functional>
 #include <gtest/gtest.h>
+#include <memory>
 
 namespace {
 
@@ -40,8 +49,11 @@ protected:
         context->msgbox = &msgbox;
         context->fieldInserter = &fields;
         context->workingFolders = &folders;
+        context->fileDialogs = &dialogs;
         db = std::make_unique<MergeTestDatabase>(env.path("client.qmd"));
         db->fillStandardPractice();
+        // The companies under the business clients' category of the tree.
+        db->exec("UPDATE Companies SET CategoryNum = 3");
         fields.setLineBreaksAsParagraphs(false);
         window = std::make_unique<frmMain>();
         window->show();
@@ -96,6 +108,39 @@ protected:
             QApplication::sendEvent(target, &press);
         }
     }
+    // Answers the recipient dialog the next merge opens: ticks these nodes
+    // (keys of the client tree) and clicks OK, or Cancel when `ok` is false.
+    void answerRecipients(QStringList keys, bool ok = true) {
+        dialogAnswered = false;
+        dialogTicks.clear();
+        auto answer = std::make_shared<std::function<void()>>();
+        *answer = [this, keys, ok, answer] {
+            auto* dialog = qobject_cast<frmSelectCompanies*>(QApplication::activeModalWidget());
+            if (!dialog || !dialog->isBuilt()) {
+                QTimer::singleShot(10, *answer);
+                return;
+            }
+            for (const QString& key : keys) {
+                ClientTreeNode* node = dialog->treeModel().find(key);
+                EXPECT_NE(node, nullptr) << key.toStdString();
+                if (node) {
+                    node->setChecked(true);
+                }
+            }
+            // What the dialog shows ticked before OK, the template's list included.
+            for (const QString& key : {QStringLiteral("Company:10"), QStringLiteral("Company:20"),
+                                       QStringLiteral("Company:30")}) {
+                if (ClientTreeNode* node = dialog->treeModel().find(key); node && node->checked()) {
+                    dialogTicks << key;
+                }
+            }
+            QTest::mouseClick(dialog->findChild<QPushButton*>(ok ? QStringLiteral("cmdOK")
+                                                                 : QStringLiteral("cmdCancel")),
+                              Qt::LeftButton);
+            dialogAnswered = true;
+        };
+        QTimer::singleShot(0, *answer);
+    }
     QString recipient() const {
         return window->findChild<QLineEdit*>(QStringLiteral("txtMergeCompany"))->text();
     }
@@ -112,12 +157,15 @@ protected:
     TestEnvironment env;
     ScopedAppContext context;
     ScriptedMsgbox msgbox;
+    ScriptedFileDialogs dialogs;
     clsInsertFieldsInRTB fields;
     clsWorkingFolderLocation folders;
     std::unique_ptr<MergeTestDatabase> db;
     std::unique_ptr<frmMain> window;
     MergeWindowCommands* merge = nullptr;
     cbrMergeTools* panel = nullptr;
+    bool dialogAnswered = false;
+    QStringList dialogTicks;
 };
 
 TEST_F(MergeWindowTest, ThePanelFollowsTheActiveDocument) {
@@ -173,13 +221,13 @@ TEST_F(MergeWindowTest, AFieldFromTheListThenAMergeStepsEditsAndFilesEveryLetter
     EXPECT_EQ(templ->rtfText().Text(),
               QString("Dear ") + QChar(0xAB) + "Company Name" + QChar(0xBB) + ",");
 
-    // Three clients, as the recipient dialog leaves them.
-    for (const char* id : {"30", "10", "20"}) {
-        templ->IDList.addRow(templ->IDList.rowCount() + 1, {id, ""});
-    }
+    // Three clients ticked in the tree.
+    answerRecipients({"Company:30", "Company:10", "Company:20"});
     control<QToolButton>("cmdWordMergeCategory6")->click();
     settle();
+    EXPECT_TRUE(dialogAnswered);
     EXPECT_TRUE(msgbox.texts().isEmpty()) << msgbox.texts().join("|").toStdString();
+    EXPECT_EQ(templ->IDList.rowCount(), 3) << "the ticks stay with the template";
     frmDocument* result = active();
     ASSERT_NE(result, nullptr);
     ASSERT_NE(result, templ);
@@ -244,14 +292,16 @@ TEST_F(MergeWindowTest, LettersLeftOutOfTheListAreNotFiled) {
     ASSERT_NE(templ, nullptr);
     templ->IDList.addRow(1, {"10", ""});
     templ->IDList.addRow(2, {"30", ""});
+    // The dialog opens on the template's list, ticked.
+    answerRecipients({});
     window->runCommand("mnuMergeMergeNewDoc");
     settle();
+    EXPECT_EQ(dialogTicks, QStringList({"Company:10", "Company:30"}));
     frmDocument* result = active();
     auto* list = result->findChild<QListWidget*>("lstMergeRecipients");
     ASSERT_NE(list, nullptr);
     ASSERT_EQ(list->count(), 2);
-    // Printing is off until a printer is given; then Print hands it the letters.
-    EXPECT_FALSE(panel->navigationAction("Print")->isEnabled());
+    EXPECT_TRUE(panel->navigationAction("Print")->isEnabled());
     int printed = -1;
     merge->setResultPrinter([&printed](frmDocument& document, MergeResultNavigator& letters) {
         EXPECT_EQ(document.documentType(), 3);
@@ -273,6 +323,7 @@ TEST_F(MergeWindowTest, LettersWithEmptyPlaceholdersAreMarkedInTheList) {
     // Beta has no contact: its letter has nobody to greet.
     templ->IDList.addRow(1, {"10", ""});
     templ->IDList.addRow(2, {"20", ""});
+    answerRecipients({});
     window->runCommand("mnuMergeMergeNewDoc");
     settle();
     auto* list = active()->findChild<QListWidget*>("lstMergeRecipients");
@@ -282,6 +333,112 @@ TEST_F(MergeWindowTest, LettersWithEmptyPlaceholdersAreMarkedInTheList) {
     EXPECT_EQ(list->item(1)->text(), "! Beta {Braces} \\Back");
     EXPECT_TRUE(list->item(1)->toolTip().contains("empty: Contact First Name"))
         << list->item(1)->toolTip().toStdString();
+}
+
+TEST_F(MergeWindowTest, CancelInTheRecipientDialogMergesNothing) {
+    frmDocument* templ = openTemplate();
+    ASSERT_NE(templ, nullptr);
+    templ->IDList.addRow(1, {"10", ""});
+    const auto windows = window->MDIArea()->subWindowList().size();
+    answerRecipients({"Company:20"}, false);
+    control<QToolButton>("cmdWordMergeCategory6")->click();
+    settle();
+    EXPECT_TRUE(dialogAnswered);
+    EXPECT_EQ(msgbox.texts(),
+              QStringList({"You must choose some companies to merge to create a merge document"}));
+    EXPECT_EQ(window->MDIArea()->subWindowList().size(), windows);
+    ASSERT_EQ(templ->IDList.rowCount(), 1) << "Cancel keeps the template's list";
+    EXPECT_EQ(templ->IDList.value(1, 1), "10");
+    // The panel's recipient button opens the same dialog on its own.
+    ASSERT_TRUE(control<QToolButton>("cmdWordMergeCategory1")->isEnabled());
+    answerRecipients({"Company:30"});
+    control<QToolButton>("cmdWordMergeCategory1")->click();
+    settle();
+    EXPECT_TRUE(dialogAnswered);
+    EXPECT_EQ(templ->IDList.rowCount(), 2);
+}
+
+TEST_F(MergeWindowTest, ATaskTemplateMergesTheTasksItsSearchFinds) {
+    frmDocument* templ = openTemplate();
+    ASSERT_NE(templ, nullptr);
+    window->runCommand("mnuMergeMergeRemitt");
+    templ->rtfText().setSelStart(5);
+    choose(2, "Company Name");
+    bool searched = false;
+    auto poll = std::make_shared<std::function<void()>>();
+    *poll = [&searched, poll] {
+        auto* dialog = qobject_cast<frmSearchTasks*>(QApplication::activeModalWidget());
+        if (!dialog) {
+            QTimer::singleShot(10, *poll);
+            return;
+        }
+        // No box on: every task that is not hidden.
+        QTest::mouseClick(dialog->findChild<QPushButton*>(QStringLiteral("cmdSearch")),
+                          Qt::LeftButton);
+        searched = true;
+    };
+    QTimer::singleShot(0, *poll);
+    control<QToolButton>("cmdWordMergeCategory6")->click();
+    settle();
+    ASSERT_TRUE(searched);
+    EXPECT_EQ(msgbox.texts(), QStringList({"The tasks have been selected."}));
+    EXPECT_FALSE(templ->SQLFilter.isEmpty());
+    frmDocument* result = active();
+    ASSERT_NE(result, templ);
+    EXPECT_EQ(result->documentType(), 3);
+    EXPECT_EQ(result->InformationType(), InformationKind::Tasks);
+    auto* list = result->findChild<QListWidget*>("lstMergeRecipients");
+    ASSERT_NE(list, nullptr);
+    ASSERT_EQ(list->count(), 1);
+    EXPECT_TRUE(result->rtfText().Text().startsWith("Dear Acme Widgets,"))
+        << result->rtfText().Text().toStdString();
+}
+
+TEST_F(MergeWindowTest, FileSaveAndThePdfMenuFileTheLetters) {
+    frmDocument* templ = openTemplate();
+    ASSERT_NE(templ, nullptr);
+    templ->rtfText().setSelStart(5);
+    choose(2, "Company Name");
+    templ->IDList.addRow(1, {"10", ""});
+    templ->IDList.addRow(2, {"30", ""});
+    answerRecipients({});
+    window->runCommand("mnuMergeMergeNewDoc");
+    settle();
+    frmDocument* result = active();
+    ASSERT_EQ(result->documentType(), 3);
+
+    // The letter on show, where the user says.
+    const QString chosen = env.path("out/acme letter");
+    dialogs.queueAnswer(chosen);
+    ASSERT_NE(panel->navigationAction("Save as PDF"), nullptr);
+    auto* letterPdf = window->findChild<QAction*>("SaveLetterPdf");
+    ASSERT_NE(letterPdf, nullptr);
+    letterPdf->trigger();
+    settle();
+    EXPECT_TRUE(msgbox.texts().isEmpty()) << msgbox.texts().join("|").toStdString();
+    EXPECT_GT(QFileInfo(chosen + ".pdf").size(), 0);
+
+    // All: the letters are filed first, then a PDF beside each.
+    window->findChild<QAction*>("SaveAllPdf")->trigger();
+    settle();
+    EXPECT_TRUE(msgbox.texts().isEmpty()) << msgbox.texts().join("|").toStdString();
+    for (const char* client : {"Acme Widgets", "Gamma Ltd"}) {
+        const QString letter = vault() + "/" + client + "/Mar 5 2024 - Year End";
+        EXPECT_TRUE(QFileInfo::exists(letter + ".qmw")) << client;
+        EXPECT_GT(QFileInfo(letter + ".pdf").size(), 0) << client;
+    }
+    EXPECT_TRUE(result->IsDocumentSaved());
+
+    // File > Save on a result files its letters again, edits included.
+    result->rtfText().setSelStart(0);
+    type(result->pageView(), "PS ");
+    settle();
+    window->runCommand("mnuFileSave");
+    settle();
+    EXPECT_TRUE(msgbox.texts().isEmpty()) << msgbox.texts().join("|").toStdString();
+    RichTextBox filed;
+    filed.LoadFile(vault() + "/Acme Widgets/Mar 5 2024 - Year End.qmw", RichTextBox::rtfRTF);
+    EXPECT_TRUE(filed.Text().startsWith("PS Dear Acme")) << filed.Text().toStdString();
 }
 
 } // namespace

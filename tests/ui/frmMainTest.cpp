@@ -173,7 +173,7 @@ TEST_F(MainWindowTest, ACommandNotBuiltIsDisabledWithANoteEvenWithADocument) {
     window.runCommand(QStringLiteral("mnuFileNewStandard"));
     ASSERT_NE(editor(), nullptr);
     selectAll();
-    for (const char* unbuilt : {"mnuMergeMergePrinter"}) {
+    for (const char* unbuilt : {"mnuToolsDictonary"}) {
         SCOPED_TRACE(unbuilt);
         const QAction* a = window.commands()->action(QLatin1String(unbuilt));
         EXPECT_FALSE(a->isEnabled());
