@@ -41,7 +41,8 @@ done
 
 service=$prefix/share/dbus-1/services/org.quillmere.QuillmerePad.service
 [ -f "$service" ] || fail "no activation file"
-grep -q '^Exec=/.*/quillmere-pad --automation$' "$service" || fail "activation file names no program"
+grep -qx "Exec=$prefix/bin/quillmere-pad --automation" "$service" ||
+    fail "the activation file does not name the installed program: $(grep Exec "$service")"
 
 # The Debian package of the same files.
 command -v dpkg-deb >/dev/null 2>&1 || fail "dpkg-deb is missing"
@@ -54,6 +55,11 @@ for file in ./usr/bin/quillmere-pad ./usr/share/applications/org.quillmere.Quill
     ./usr/share/dbus-1/services/org.quillmere.QuillmerePad.service; do
     grep -q " $file\$" "$root/contents" || fail "the package lacks $file"
 done
+# The package installs under /usr, and its activation file must say so.
+dpkg-deb -x "$deb" "$root/unpacked"
+grep -qx "Exec=/usr/bin/quillmere-pad --automation" \
+    "$root/unpacked/usr/share/dbus-1/services/org.quillmere.QuillmerePad.service" ||
+    fail "the package's activation file does not name /usr/bin/quillmere-pad"
 depends=$(dpkg-deb -f "$deb" Depends)
 for need in libqt6widgets6 libqt6sql6-sqlite qt6-qpa-plugins; do
     echo "$depends" | grep -q "$need" || fail "the package does not depend on $need: $depends"
