@@ -204,11 +204,10 @@ TEST_F(MainWindowTest, OnlyTheCommandsLeftOpenLackARoutine) {
             }
         }
     }
-    // The recent-files header is a caption; merging to the printer belongs
-    // to the merge windows; the dictionary and the two wizards are left open.
+    // The recent-files header is a caption; the dictionary and the two
+    // wizards are left open.
     EXPECT_EQ(unrouted.join(QLatin1Char(' ')).toStdString(),
-              "mnuFileMRUTemp mnuMergeMergePrinter mnuToolsDictonary mnuLabelWizard "
-              "mnuBackground");
+              "mnuFileMRUTemp mnuToolsDictonary mnuLabelWizard mnuBackground");
     for (const QString& command : unrouted) {
         const QAction* a = window.commands()->action(command);
         EXPECT_FALSE(a->isEnabled()) << command.toStdString();
