@@ -1,4 +1,4 @@
-// Writing PDF: the generated letters file of about 5 MB (some 2,100 sheets)
+// Writing PDF: the generated letters file of about 5 MB (some 2,900 sheets)
 // from its RTF to a PDF in one run, as `quillmere-pad pdf` does it; a merged
 // batch of 1,000 two-page letters into one PDF, and into 1,000 PDFs. Run
 // from a Release build, under the offscreen platform:
