@@ -1,18 +1,31 @@
-// The page view on a generated letters file of about 5 MB (some 2,000
+// The page view on a generated letters file of about 5 MB (some 2,900
 // sheets): opening it to the first painted sheet, against the RTF load
-// alone; a keystroke with the repaint of the visible sheets on sheet 1 and
-// on sheet 1,000; and the pagination the `pages` command prints. Run from a
-// Release build, under the offscreen platform:
+// alone; the same through the main window as File > Open does it (a file
+// that big opens in continuous display), and print preview of it to its
+// first sheet; a keystroke with the repaint of the visible sheets on sheet
+// 1 and on sheet 1,000; and the pagination the `pages` command prints. Run
+// from a Release build, under the offscreen platform:
 //   QT_QPA_PLATFORM=offscreen bench/documents/page-view-bench
+// Peak memory: run one benchmark a process under /usr/bin/time -f %M, e.g.
+// --benchmark_filter=BM_LoadRtfAlone against BM_PagesCommandLayout (the
+// whole document laid out) and BM_PreviewFirstSheet.
 
 #include "../support/GeneratedLetters.h"
+#include "context/AppContext.h"
 #include "documents/DocumentModel.h"
 #include "documents/PageLayout.h"
 #include "platform/richtext/RichTextBox.h"
+#include "ui/DocumentCommands.h"
 #include "ui/PageView.h"
+#include "ui/frmDocument.h"
+#include "ui/frmMain.h"
+#include "ui/frmPrintPreview.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QKeyEvent>
+#include <QMdiSubWindow>
+#include <QTemporaryDir>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <benchmark/benchmark.h>
@@ -69,6 +82,66 @@ void BM_PagesCommandLayout(benchmark::State& state) {
 }
 BENCHMARK(BM_PagesCommandLayout)->Unit(benchmark::kMillisecond);
 
+// The letters as a template file, the way File > Open reads it (an RTF file
+// would be renamed into a template on opening).
+QString lettersFile() {
+    static QTemporaryDir dir;
+    static const QString path = [] {
+        const QString file = dir.filePath(QStringLiteral("letters.qmb"));
+        QFile out(file);
+        out.open(QIODevice::WriteOnly);
+        out.write(generatedLetters());
+        return file;
+    }();
+    return path;
+}
+
+frmDocument* activeDocument(const frmMain& window) {
+    QMdiSubWindow* sub = window.activeDocumentWindow();
+    return sub ? qobject_cast<frmDocument*>(sub->widget()) : nullptr;
+}
+
+// Through the main window's opening routine to the first painted sheet; at
+// this size the window shows the document in continuous display.
+void BM_WindowOpenToFirstSheet(benchmark::State& state) {
+    const QString path = lettersFile();
+    for (auto _ : state) {
+        frmMain window;
+        window.resize(1200, 900);
+        window.show();
+        documentCommands(window)->openExistingDocument(path, 0);
+        frmDocument* document = activeDocument(window);
+        benchmark::DoNotOptimize(document->pageView()->viewport()->grab());
+        state.counters["display"] = document->currentPageDisplayType;
+        state.PauseTiming();
+        document->setHasDocumentChanged(false);
+        app().isCreatingDocument = false;
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(BM_WindowOpenToFirstSheet)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+// File > Print Preview on the opened file, to its first sheet drawn.
+void BM_PreviewFirstSheet(benchmark::State& state) {
+    frmMain window;
+    window.resize(1200, 900);
+    window.show();
+    documentCommands(window)->openExistingDocument(lettersFile(), 0);
+    int sheets = 0;
+    for (auto _ : state) {
+        window.runCommand(QStringLiteral("mnuFilePrintPreview"));
+        auto* preview = window.findChild<frmPrintPreview*>();
+        QWidget* canvas = preview->findChild<QWidget*>(QStringLiteral("picPreview"));
+        benchmark::DoNotOptimize(canvas->grab());
+        sheets = preview->navigator().sheetCount();
+        state.PauseTiming();
+        delete preview;
+        state.ResumeTiming();
+    }
+    state.counters["sheets"] = sheets;
+}
+BENCHMARK(BM_PreviewFirstSheet)->Unit(benchmark::kMillisecond)->Iterations(3);
+
 // One character typed and taken back again on a sheet, each followed by the
 // repaint of what is in view.
 void BM_KeystrokeOnSheet(benchmark::State& state) {
@@ -94,5 +167,39 @@ void BM_KeystrokeOnSheet(benchmark::State& state) {
     state.counters["pages"] = pages;
 }
 BENCHMARK(BM_KeystrokeOnSheet)->Arg(1)->Arg(1000)->Unit(benchmark::kMillisecond);
+
+// The same in the main window, in page display, with all a keystroke sets
+// off there: the status bar's line and page counts, command availability,
+// the ruler, each let run by the event loop before the next key.
+void BM_WindowKeystrokeOnSheet(benchmark::State& state) {
+    frmMain window;
+    window.resize(1200, 900);
+    window.show();
+    frmDocument* document = window.openDocumentWindow(lettersFile());
+    PageLayout& layout = document->pageLayout();
+    const int pages = layout.totalPages();
+    const int page = std::min<int>(state.range(0), pages);
+    QTextCursor cursor = document->rtfText().textCursor();
+    cursor.setPosition(layout.firstPositionOfSheet(page) + 5);
+    document->rtfText().setTextCursor(cursor);
+    PageView* view = document->pageView();
+    view->setFocus();
+    view->ensureCaretVisible();
+    QApplication::processEvents();
+    for (auto _ : state) {
+        QKeyEvent type(QEvent::KeyPress, Qt::Key_X, Qt::NoModifier, QStringLiteral("x"));
+        QApplication::sendEvent(view, &type);
+        QApplication::processEvents();
+        view->viewport()->repaint();
+        QKeyEvent erase(QEvent::KeyPress, Qt::Key_Backspace, Qt::NoModifier);
+        QApplication::sendEvent(view, &erase);
+        QApplication::processEvents();
+        view->viewport()->repaint();
+    }
+    state.counters["page"] = layout.currentPage();
+    state.counters["pages"] = pages;
+    document->setHasDocumentChanged(false);
+}
+BENCHMARK(BM_WindowKeystrokeOnSheet)->Arg(1)->Arg(1000)->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -1,4 +1,4 @@
-// Writing PDF: the generated letters file of about 5 MB (some 2,100 sheets)
+// Writing PDF: the generated letters file of about 5 MB (some 2,900 sheets)
 // from its RTF to a PDF in one run, as `quillmere-pad pdf` does it; a merged
 // batch of 1,000 two-page letters into one PDF, and into 1,000 PDFs. Run
 // from a Release build, under the offscreen platform:
@@ -7,6 +7,7 @@
 // conversion of the same RTF (written by --benchmark_filter=WriteRtf to
 // $TMPDIR/letters-5mb.rtf) on the same machine.
 
+#include "../support/GeneratedLetters.h"
 #include "documents/DocumentModel.h"
 #include "documents/PageLayout.h"
 #include "platform/ProgressReporter.h"
@@ -19,27 +20,6 @@
 #include <benchmark/benchmark.h>
 
 namespace {
-
-// The same letters as the page view's benchmark: one after another, each
-// ending on a page break.
-QByteArray generatedLetters() {
-    QByteArray rtf("{\\rtf1\\ansi\\ansicpg1252\\deff0{\\fonttbl{\\f0\\froman Liberation "
-                   "Serif;}}\\f0\\fs24 ");
-    int letter = 0;
-    while (rtf.size() < 5 * 1024 * 1024) {
-        rtf += "{\\b Harbour & Vale Accountants\\b0}\\par 12 Quay Street\\par\\par Dear client " +
-               QByteArray::number(letter++) + ",\\par\\par ";
-        for (int p = 0; p < 6; ++p) {
-            rtf += "We have reviewed the accounts of your company for the year and enclose the "
-                   "draft return. The \\i balance\\i0  of \\'80 1,234.56 is due on the last day "
-                   "of the quarter; please send the outstanding invoices and the bank "
-                   "statements so that the return can be filed in time.\\par\\par ";
-        }
-        rtf += "Yours sincerely,\\par\\par Jordan Reyes\\par\\page ";
-    }
-    rtf += "}";
-    return rtf;
-}
 
 // A letter of two sheets.
 QString twoPageLetter(int client) {

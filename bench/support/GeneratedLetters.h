@@ -3,7 +3,7 @@
 #include <QByteArray>
 
 // About 5 MB of RTF: letters to clients, one after another, each ending on
-// a page break (some 2,000 sheets). Shared by the benchmarks that need a
+// a page break (some 2,900 sheets). Shared by the benchmarks that need a
 // large document.
 inline QByteArray generatedLetters() {
     QByteArray rtf("{\\rtf1\\ansi\\ansicpg1252\\deff0{\\fonttbl{\\f0\\froman Liberation "

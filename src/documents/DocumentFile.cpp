@@ -96,8 +96,8 @@ OpenedDocument DocumentFile::open(const QString& path, RichTextBox& box, const W
             result.model.documentType = DocumentModel::SavedMergeResult;
         }
         box.setTextRTF(latin1);
-        result.rtf = box.TextRTF();
         if (app().rewriteRegionalFields) {
+            result.rtf = box.TextRTF();
             const QString rewritten = app().rewriteRegionalFields(result.rtf);
             // Most documents hold no regional placeholder: no second parse.
             if (rewritten != result.rtf) {
@@ -114,7 +114,11 @@ OpenedDocument DocumentFile::open(const QString& path, RichTextBox& box, const W
 
 OpenedDocument DocumentFile::open(const QString& path, const WarningSink& warn) {
     RichTextBox box;
-    return open(path, box, warn);
+    OpenedDocument result = open(path, box, warn);
+    if (!result.isPlainText && result.rtf.isEmpty()) {
+        result.rtf = box.TextRTF();
+    }
+    return result;
 }
 
 void DocumentFile::save(const QString& path, const RichTextBox& box, const DocumentModel& model) {

@@ -15,7 +15,9 @@ struct OpenedDocument {
     QString caption;
     // True for a file without an RTF header: `text` holds its text and the
     // model's fileSaveType is PlainText. Otherwise `rtf` holds the content
-    // as the rich text box gives it back, regional placeholders rewritten.
+    // as the rich text box gives it back, regional placeholders rewritten
+    // (opened into a box of the caller's, only when they were rewritten:
+    // the box holds the content).
     bool isPlainText = false;
     QString rtf;
     QString text;

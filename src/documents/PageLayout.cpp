@@ -95,6 +95,12 @@ void PageLayout::setupDocument() {
     bind();
 }
 
+void PageLayout::setupDocument(int displayType) {
+    m_display = displayType == ContinuousDisplay ? ContinuousDisplay : PageDisplay;
+    m_viewMode = PrinterWrap;
+    bind();
+}
+
 void PageLayout::setDisplayType(int type) {
     m_display = type == ContinuousDisplay ? ContinuousDisplay : PageDisplay;
     bind();
@@ -172,6 +178,13 @@ void PageLayout::onPageCount(int pages) {
 }
 
 void PageLayout::onSize(const QSizeF& size) {
+    const bool grows = size != m_laidOutSize;
+    m_laidOutSize = size;
+    // What the layout reports covers whatever questions laid out before.
+    m_queriedBottom = 0;
+    if (grows && (m_display != PageDisplay || m_viewMode == NoWrap)) {
+        Q_EMIT sheetSizeChanged();
+    }
     // The size Qt reports as its layout proceeds; counting from it lays
     // nothing out, unlike asking the layout for its page count.
     if (m_display == PageDisplay) {
@@ -235,6 +248,9 @@ double PageLayout::lineTop(int position) const {
         return 0;
     }
     const QRectF rect = doc->documentLayout()->blockBoundingRect(block);
+    // Asking laid the text out down to here: the long sheet of continuous
+    // display reaches at least this far, reported or not.
+    m_queriedBottom = std::max(m_queriedBottom, rect.bottom());
     const QTextLayout* layout = block.layout();
     if (layout == nullptr || layout->lineCount() == 0) {
         return rect.top();
@@ -324,13 +340,13 @@ QRect PageLayout::sheetRect(int page) const {
     int height = size.height();
     int width = size.width();
     if (m_display != PageDisplay) {
-        // One sheet as long as the text.
-        const double text = document()->documentLayout()->documentSize().height() / unitsPerTwip();
+        // One sheet as long as the text laid out so far.
+        const double text = std::max(m_laidOutSize.height(), m_queriedBottom) / unitsPerTwip();
         height = std::max(height, m_model.getTopMargin() + int(std::ceil(text)) +
                                       m_model.getBottomMargin());
     }
     if (m_viewMode == NoWrap) {
-        const double text = document()->documentLayout()->documentSize().width() / unitsPerTwip();
+        const double text = m_laidOutSize.width() / unitsPerTwip();
         width = std::max(width,
                          m_model.getLeftMargin() + int(std::ceil(text)) + m_model.getRightMargin());
     }
@@ -419,6 +435,13 @@ void PageLayout::paintSheetText(QPainter& painter, int page, int caret,
     // every line that touches the clip, and the next sheet's first line
     // starts exactly at this one's edge, so the clip stays half a unit inside.
     context.clip = clip.adjusted(0, 0.5, 0, -0.5);
+    // Of a sheet partly in view (the long sheet of continuous display above
+    // all) only what is in view is laid out and drawn.
+    const QRectF visible = painter.clipBoundingRect();
+    if (!visible.isEmpty()) {
+        context.clip.setTop(std::max(context.clip.top(), visible.top() - 1));
+        context.clip.setBottom(std::min(context.clip.bottom(), visible.bottom() + 1));
+    }
     // Qt also draws the last line above the clip of a paragraph that runs
     // over from the sheet before. That paragraph's lines on this sheet are
     // drawn one by one, and the layout draws from the next paragraph on.

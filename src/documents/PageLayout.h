@@ -50,6 +50,9 @@ public:
     // page is never wider than high). A text area of zero or negative size is
     // laid out at 1 twip rather than refused: pagination never fails.
     void setupDocument();
+    // The same, in the given display type and bound to the page (print
+    // wrap), as a window's set-up does it: one layout pass for both.
+    void setupDocument(int displayType);
 
     int displayType() const { return m_display; }
     // 1 or 2; anything else is taken as 1. Re-binds the layout.
@@ -122,6 +125,9 @@ public:
 Q_SIGNALS:
     // The number of laid-out pages changed.
     void pagesChanged(int pages);
+    // The one long sheet of continuous display, or a sheet widened by lines
+    // that do not wrap, grew or shrank as the layout went on.
+    void sheetSizeChanged();
     // Something in this layout rectangle (layout units) has to be redrawn.
     void updateRequest(const QRectF& layoutRect);
 
@@ -145,5 +151,11 @@ private:
     int m_viewMode = PrinterWrap;
     int m_windowWidth = 0;
     int m_knownPages = 1;
+    // The layout's size so far, as it reports it; asking for the document's
+    // size instead would lay everything out first.
+    QSizeF m_laidOutSize;
+    // The lowest line bottom a question about a position has laid out since
+    // the layout last reported its size (continuous display).
+    mutable double m_queriedBottom = 0;
     bool m_loading = false;
 };

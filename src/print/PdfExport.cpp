@@ -1,7 +1,9 @@
 #include "print/PdfExport.h"
 
 #include "documents/DocumentFile.h"
+#include "documents/DocumentLifecycle.h"
 #include "platform/ProgressReporter.h"
+#include "platform/errorClass.h"
 #include "print/PdfTarget.h"
 
 #include <QDir>
@@ -9,6 +11,10 @@
 
 std::unique_ptr<PaginatedDocument>
 PaginatedDocument::open(const QString& path, const std::function<void(const QString&)>& warn) {
+    // Refused as the document window refuses it: a folder, binary data.
+    if (const std::optional<QString> refusal = refuseBeforeOpening(path)) {
+        throw QmError(QmError::InvalidFileFormat, *refusal);
+    }
     auto document = std::make_unique<PaginatedDocument>();
     // No layout while the text goes in; the page setup is known only after.
     document->layout.beginLoad();
@@ -58,7 +64,8 @@ PrintOutcome writeLettersPdf(const std::vector<PrintLetter>& letters, const Docu
                              const QString& path, const QString& title,
                              ProgressReporter& progress) {
     PdfTarget target(path, title);
-    return PrintDocument(&target, PrintRequest{}, progress).printLetters(letters, geometry);
+    return PrintDocument(&target, PrintRequest{}, progress)
+        .printLetters(letters, geometry, QStringLiteral("Writing PDF"));
 }
 
 QString pdfPathBeside(const QString& letterPath) {

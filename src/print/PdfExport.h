@@ -22,7 +22,9 @@ struct PaginatedDocument {
     QString caption;
 
     // Throws QmError as DocumentFile::open does (missing, unreadable, not
-    // RTF under an RTF header); warnings about the page setup go to `warn`.
+    // RTF under an RTF header), and InvalidFileFormat for a folder or binary
+    // data, which the document window refuses too; warnings about the page
+    // setup go to `warn`.
     static std::unique_ptr<PaginatedDocument>
     open(const QString& path, const std::function<void(const QString&)>& warn = {});
 };

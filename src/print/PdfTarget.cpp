@@ -38,8 +38,10 @@ QString PdfTarget::writeFailure() const {
 
 bool PdfTarget::begin(const DocumentModel& geometry) {
     const QSize sheet = sheetSize(geometry);
-    if (sheet.width() <= 0 || sheet.height() <= 0) {
-        setError(QStringLiteral("The page setup has no paper size; no PDF was written."));
+    if (const QString fault = pageSetupFault(geometry); !fault.isEmpty()) {
+        // Before the file is touched: an old PDF of that name stays as it is.
+        setError(QString(fault).replace(QLatin1String("nothing was printed"),
+                                        QLatin1String("no PDF was written")));
         return false;
     }
     if (!m_file.open(QIODevice::WriteOnly)) {

@@ -90,8 +90,8 @@ PrintOutcome PrintDocument::printDocument(const PageLayout& layout, const Docume
 }
 
 PrintOutcome PrintDocument::printLetters(const std::vector<PrintLetter>& letters,
-                                         const DocumentModel& geometry) {
-    m_progress.begin(QStringLiteral("Printing"), int(letters.size()) * m_request.copies);
+                                         const DocumentModel& geometry, const QString& caption) {
+    m_progress.begin(caption, int(letters.size()) * m_request.copies);
     if (!start(geometry)) {
         return fail(false);
     }

@@ -67,9 +67,11 @@ public:
     PrintOutcome printDocument(const PageLayout& layout, const DocumentModel& geometry,
                                const QString& name);
     // The merged branch: each letter is laid out alone with the page setup
-    // of `geometry`, one at a time, "Preparing to print: " + its name shown.
+    // of `geometry`, one at a time, "Preparing to print: " + its name shown
+    // under the progress caption.
     PrintOutcome printLetters(const std::vector<PrintLetter>& letters,
-                              const DocumentModel& geometry);
+                              const DocumentModel& geometry,
+                              const QString& caption = QStringLiteral("Printing Merge Documents"));
 
 private:
     bool start(const DocumentModel& geometry);

@@ -28,9 +28,36 @@ TextEdges printTextEdges(const DocumentModel& geometry, QSize paper, QPoint offs
     return edges;
 }
 
+QString pageSetupFault(const DocumentModel& geometry) {
+    int width = geometry.getPageWidth();
+    int height = geometry.getPageHeight();
+    if (width <= 0 || height <= 0) {
+        return QStringLiteral("The page setup has no paper size; nothing was printed.");
+    }
+    if (geometry.getDocumentOrientation() == 1 ? width > height : height > width) {
+        std::swap(width, height);
+    }
+    const int textWidth = width - geometry.getLeftMargin() - geometry.getRightMargin();
+    const int textHeight = height - geometry.getTopMargin() - geometry.getBottomMargin();
+    if (textWidth <= 0 || textHeight <= 0) {
+        const auto inches = [](int twips) { return QString::number(twips / 1440.0, 'g', 4); };
+        return QStringLiteral("The margins leave no room for text on paper of %1 x %2 inches "
+                              "(left %3, right %4, top %5, bottom %6); nothing was printed. "
+                              "Change them in File > Page Setup.")
+            .arg(inches(width), inches(height), inches(geometry.getLeftMargin()),
+                 inches(geometry.getRightMargin()), inches(geometry.getTopMargin()),
+                 inches(geometry.getBottomMargin()));
+    }
+    return {};
+}
+
 bool PagedDeviceTarget::openPainter(QPagedPaintDevice& device, const DocumentModel& geometry,
                                     QSize paper, QPoint offset) {
     m_device = &device;
+    if (const QString fault = pageSetupFault(geometry); !fault.isEmpty()) {
+        m_error = fault;
+        return false;
+    }
     m_edges = printTextEdges(geometry, paper, offset);
     const double twipsPerUnitX = 1440.0 / std::max(1, device.logicalDpiX());
     const double twipsPerUnitY = 1440.0 / std::max(1, device.logicalDpiY());

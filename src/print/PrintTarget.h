@@ -22,6 +22,10 @@ struct TextEdges {
 };
 TextEdges printTextEdges(const DocumentModel& geometry, QSize paper, QPoint offset);
 
+// Why a page setup cannot be put on paper (no paper size, or margins that
+// leave no room for text), or an empty string when it can.
+QString pageSetupFault(const DocumentModel& geometry);
+
 // A job of sheets: paper through a printer, or a PDF file. The page loop
 // starts it, paints sheets of a layout, feeds new sheets and ends it; it
 // never asks what the device is.

@@ -26,6 +26,10 @@ int DocumentSheets::sheetCount() {
     return m_layout.totalPages();
 }
 
+int DocumentSheets::knownSheetCount() {
+    return m_layout.laidOutPages();
+}
+
 QSize DocumentSheets::sheetSize() const {
     return PdfTarget::sheetSize(m_geometry);
 }

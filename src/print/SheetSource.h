@@ -19,6 +19,9 @@ public:
     virtual ~SheetSource() = default;
     // How many sheets; may lay text out the first time.
     virtual int sheetCount() = 0;
+    // The sheets counted so far, laying nothing out: at least the sheets a
+    // preview can show at once, perhaps fewer than sheetCount().
+    virtual int knownSheetCount() { return sheetCount(); }
     // The paper of a sheet, in twips.
     virtual QSize sheetSize() const = 0;
     // Draws sheet `sheet` (1-based) with the painter's origin at the paper's
@@ -32,6 +35,7 @@ public:
     // Both must outlive the source.
     DocumentSheets(const PageLayout& layout, const DocumentModel& geometry);
     int sheetCount() override;
+    int knownSheetCount() override;
     QSize sheetSize() const override;
     void paintSheet(QPainter& painter, int sheet) override;
 

@@ -1,13 +1,16 @@
 #include "ui/DocumentCommands.h"
 
+#include "app/MenuDefinition.h"
 #include "context/AppContext.h"
 #include "documents/DocumentModel.h"
 #include "files/clsINI.h"
 #include "platform/MsgboxClass.h"
 #include "platform/errorClass.h"
+#include "ui/CommandActions.h"
 #include "ui/frmDocument.h"
 #include "ui/frmMain.h"
 
+#include <QAction>
 #include <QCloseEvent>
 #include <QDropEvent>
 #include <QMdiArea>
@@ -63,6 +66,11 @@ private:
 
 frmDocument* documentIn(QMdiSubWindow* sub) {
     return sub ? qobject_cast<frmDocument*>(sub->widget()) : nullptr;
+}
+
+// The standard tool bar's word-wrap toggle.
+QString wordWrapCommand() {
+    return buttonCommandId(QStringLiteral("tbrStandard"), QStringLiteral("WordWrap"));
 }
 
 } // namespace
@@ -124,6 +132,19 @@ void DocumentCommands::registerRoutes() {
         }
     });
     m_window.addRoute(QStringLiteral("mnuFileCloseAll"), [this] { unloadAllDocuments(); });
+    // Down: lines wrap at the window; up: lines never wrap. Laying the
+    // document out again (page setup, display type) binds it to the page.
+    if (QAction* wrap = m_window.commands()->action(wordWrapCommand())) {
+        wrap->setCheckable(true);
+        wrap->setToolTip(QStringLiteral("Toggle Word Wrap"));
+        m_window.addRoute(wordWrapCommand(), [this, wrap] {
+            if (frmDocument* document = activeFrm()) {
+                document->SetViewMode(wrap->isChecked() ? PageLayout::WrapAtWindow
+                                                        : PageLayout::NoWrap);
+            }
+            scheduleStatus();
+        });
+    }
 }
 
 void DocumentCommands::withActive(const std::function<void(LifecycleDocument&)>& routine) {
@@ -318,6 +339,10 @@ void DocumentCommands::refreshStatus() {
         return;
     }
     frmDocument* document = activeFrm();
+    if (QAction* wrap = m_window.commands()->action(wordWrapCommand())) {
+        wrap->setChecked(document != nullptr &&
+                         document->pageLayout().viewMode() == PageLayout::WrapAtWindow);
+    }
     if (!document) {
         for (int panel : {1, 3, 5}) {
             m_window.setStatusPanel(panel, QString());

@@ -42,6 +42,10 @@ PageView::PageView(RichTextBox& box, PageLayout& layout, QWidget* parent)
         updateScrollBars();
         viewport()->update();
     });
+    connect(&m_layout, &PageLayout::sheetSizeChanged, this, [this] {
+        updateScrollBars();
+        viewport()->update();
+    });
     connect(&m_layout, &PageLayout::updateRequest, viewport(), [this] { viewport()->update(); });
     connect(&m_box, &RichTextBox::selectionChanged, viewport(), [this] { viewport()->update(); });
     updateScrollBars();
@@ -111,6 +115,10 @@ QRect PageView::viewportRectOf(int position) const {
 
 void PageView::ensureCaretVisible() {
     m_layout.reachPage(m_layout.currentPage());
+    // Finding the caret may have laid out text beyond what the scroll range
+    // knew of (a long sheet of continuous display still being laid out).
+    caretViewportRect();
+    updateScrollBars();
     const QRect caret = caretViewportRect();
     const QRect view = viewport()->rect();
     if (caret.top() < 0) {
@@ -129,6 +137,8 @@ void PageView::ensureCaretVisible() {
 
 void PageView::paintEvent(QPaintEvent* event) {
     QPainter painter(viewport());
+    // What the sheets draw is bounded by this: only the lines in view.
+    painter.setClipRect(event->rect());
     painter.fillRect(event->rect(), kBackground);
     painter.setRenderHint(QPainter::TextAntialiasing);
     const double scale = pixelsPerTwip();

@@ -90,8 +90,9 @@ PrintedPages printedPages(frmDocument& document) {
 std::optional<PrintRequest> askPrintDialog(QWidget* owner, QPrinter& printer, int totalPages,
                                            const DocumentModel& geometry) {
     const QSize sheet = PdfTarget::sheetSize(geometry);
-    printer.setPageSize(QPageSize(QSizeF(sheet.width() / 20.0, sheet.height() / 20.0),
-                                  QPageSize::Point, QString(), QPageSize::FuzzyMatch));
+    const QPageSize paper(QSizeF(sheet.width() / 20.0, sheet.height() / 20.0), QPageSize::Point,
+                          QString(), QPageSize::FuzzyMatch);
+    printer.setPageSize(paper);
     printer.setPageOrientation(QPageLayout::Portrait);
     QPrintDialog dialog(&printer, owner);
     dialog.setObjectName(QStringLiteral("printDialog"));
@@ -102,6 +103,14 @@ std::optional<PrintRequest> askPrintDialog(QWidget* owner, QPrinter& printer, in
     dialog.setFromTo(1, totalPages);
     if (dialog.exec() != QDialog::Accepted) {
         return std::nullopt;
+    }
+    // The dialog shows the chosen printer's own default paper whatever the
+    // printer was given; left at that default, the sheets take the paper of
+    // the document's page setup, as the dialog was filled with it.
+    const QPageSize chosen = printer.pageLayout().pageSize();
+    if (chosen.isEquivalentTo(QPrinterInfo(printer).defaultPageSize()) &&
+        !chosen.isEquivalentTo(paper)) {
+        printer.setPageSize(paper);
     }
     const bool ranged = printer.printRange() == QPrinter::PageRange;
     return PrintRequest::fromDialog(printer.copyCount(), ranged ? printer.fromPage() : 1,

@@ -11,7 +11,9 @@ void QtProgress::begin(const QString& caption, int maximum) {
     m_dialog = std::make_unique<QProgressDialog>(caption, QStringLiteral("Cancel"), 0,
                                                  std::max(maximum, 0), m_owner);
     m_dialog->setObjectName(QStringLiteral("frmProgress"));
-    m_dialog->setWindowTitle(QStringLiteral("Quillmere Pad"));
+    // The caption stands in the title bar ("Printing Merge Documents"); the
+    // steps write the line under it ("Preparing to print: " + name).
+    m_dialog->setWindowTitle(caption.isEmpty() ? QStringLiteral("Quillmere Pad") : caption);
     m_dialog->setWindowModality(Qt::WindowModal);
     // Short work never flashes a dialog.
     m_dialog->setMinimumDuration(400);

@@ -49,8 +49,9 @@ void frmDocument::setDocumentType(int type) {
 
 void frmDocument::setupDocument(bool resetScroll, bool /*rewrap*/) {
     setCursor(Qt::WaitCursor);
-    m_layout.setDisplayType(currentPageDisplayType);
-    m_layout.setupDocument();
+    // The page binds the text to the printed line width again, whatever the
+    // word-wrap toggle had chosen.
+    m_layout.setupDocument(currentPageDisplayType);
     if (resetScroll && m_view != nullptr) {
         m_view->horizontalScrollBar()->setValue(0);
         m_view->verticalScrollBar()->setValue(0);

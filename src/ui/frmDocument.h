@@ -78,8 +78,9 @@ public:
     clsSearchTasks taskSearch;
     clsSearchAppointments appointmentSearch;
 
-    // Lays the window out for the model's page geometry; resetScroll brings
-    // the view back to the top. The pagination follows the text by itself,
+    // Lays the window out for the model's page geometry, its lines bound to
+    // the page again (view mode 2); resetScroll brings the view back to the
+    // top. The pagination follows the text by itself,
     // so rewrap only matters to callers that changed the page.
     void setupDocument(bool resetScroll, bool rewrap);
     // Applies currentPageDisplayType.

@@ -334,7 +334,18 @@ bool frmMain::openDocumentFile(const QString& path) {
 
 frmDocument* frmMain::openDocumentWindow(const QString& path) {
     auto document = std::make_unique<frmDocument>();
-    const OpenedDocument opened = DocumentFile::open(path, document->rtfText());
+    // No layout while the text goes in: the page setup is known only after,
+    // and a big file would be laid out piece by piece as it is read.
+    PageLayout& layout = document->pageLayout();
+    layout.beginLoad();
+    OpenedDocument opened;
+    try {
+        opened = DocumentFile::open(path, document->rtfText());
+    } catch (...) {
+        layout.endLoad();
+        throw;
+    }
+    layout.endLoad();
     // Field by field: the window's model keeps its own relayout hook.
     const DocumentModel& from = opened.model;
     document->setDocumentType(from.documentType);

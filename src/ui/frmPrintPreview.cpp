@@ -10,6 +10,7 @@
 #include <QScrollArea>
 #include <QSignalBlocker>
 #include <QSpinBox>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace {
@@ -61,7 +62,9 @@ frmPrintPreview::frmPrintPreview(std::unique_ptr<SheetSource> source, const QStr
     : QDialog(parent), m_source(std::move(source)), m_print(std::move(print)) {
     setObjectName(QStringLiteral("frmPrintPreview"));
     setWindowTitle(QStringLiteral("Print Preview - ") + caption);
-    m_navigator.setSheetCount(m_source->sheetCount());
+    // The first sheet shows at once; the count of a long document, which
+    // lays all of it out, follows as soon as the window is up.
+    m_navigator.setSheetCount(m_source->knownSheetCount());
 
     const auto button = [this](const char* name, const char* text, const char* accessible) {
         auto* b = new QPushButton(QLatin1String(text), this);
@@ -150,6 +153,11 @@ frmPrintPreview::frmPrintPreview(std::unique_ptr<SheetSource> source, const QStr
     });
     showSheet();
     applyZoom();
+    QTimer::singleShot(0, this, [this] {
+        m_navigator.setSheetCount(m_source->sheetCount());
+        m_page->setRange(1, m_navigator.sheetCount());
+        showSheet();
+    });
 }
 
 frmPrintPreview::~frmPrintPreview() = default;

@@ -87,13 +87,22 @@ TEST(cmdPagesTest, FixturesOpenAsTheWindowOpensThem) {
 
 TEST(cmdPagesTest, BadArgumentsAndFilesGiveAMessage) {
     TestEnvironment env;
+    const QString binary = env.path(QStringLiteral("program.qmb"));
+    {
+        QFile file(binary);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(QByteArray("\x7f"
+                              "ELF\x02\x01\x01\0\0\0",
+                              10)
+                       .repeated(50));
+    }
     struct Case {
         QStringList args;
         int status;
     };
-    for (const Case& c :
-         {Case{{}, 2}, Case{{QStringLiteral("a"), QStringLiteral("b")}, 2},
-          Case{{env.path(QStringLiteral("missing.rtf"))}, 1}, Case{{env.path(QString())}, 1}}) {
+    for (const Case& c : {Case{{}, 2}, Case{{QStringLiteral("a"), QStringLiteral("b")}, 2},
+                          Case{{env.path(QStringLiteral("missing.rtf"))}, 1},
+                          Case{{env.path(QString())}, 1}, Case{{binary}, 1}}) {
         const CommandRun run = runPages(c.args);
         EXPECT_EQ(run.status, c.status) << c.args.join(QLatin1Char(' ')).toStdString();
         EXPECT_FALSE(run.err.isEmpty());

@@ -108,7 +108,12 @@ TEST(PageLayoutTest, ContinuousDisplayIsOneSheetAsLongAsTheText) {
     w.box.setText(numberedLines(150));
     w.layout.setDisplayType(PageLayout::ContinuousDisplay);
     EXPECT_EQ(w.layout.totalPages(), 1);
+    // The sheet is as long as the text laid out so far: finding the last
+    // line lays all of it out.
+    const int end = w.box.document()->characterCount() - 1;
+    const QRectF last = w.layout.caretRect(end);
     EXPECT_GT(w.layout.sheetRect(1).height(), 2 * 15840);
+    EXPECT_LT(last.top(), w.layout.textRect(1).bottom());
     EXPECT_EQ(w.layout.sheetText(1), w.box.document()->toPlainText());
 
     w.layout.setDisplayType(PageLayout::PageDisplay);

@@ -132,6 +132,25 @@ TEST_F(PdfExportTest, AFullDiskLeavesNoPdfAndSaysWhy) {
     EXPECT_TRUE(QDir(disk.path({})).entryList({QStringLiteral("*.pdf*")}, QDir::Files).isEmpty());
 }
 
+TEST_F(PdfExportTest, MarginsThatLeaveNoTextAreaWriteNothingAndSaySo) {
+    // Paper Setup lets a paper size through that its margins fill.
+    PaginatedDocument document;
+    document.box.setText(QStringLiteral("A letter on a label"));
+    document.model.putPageWidth(2 * 1440, false);
+    document.model.putPageHeight(3 * 1440, false);
+    document.layout.setupDocument();
+    const QString pdf = env.path(QStringLiteral("label.pdf"));
+    writeTestFile(pdf, "old");
+    NullProgress progress;
+    const PrintOutcome outcome =
+        writeDocumentPdf(document.layout, document.model, pdf, PageRange{1, 1}, {}, progress);
+    EXPECT_FALSE(outcome.ok());
+    EXPECT_TRUE(outcome.error.startsWith(QLatin1String("The margins leave no room for text")))
+        << outcome.error.toStdString();
+    EXPECT_TRUE(outcome.error.contains(QLatin1String("no PDF was written")));
+    EXPECT_EQ(readTestFile(pdf), QByteArray("old"));
+}
+
 TEST_F(PdfExportTest, ACancelledExportKeepsTheOldFile) {
     const auto document =
         PaginatedDocument::open(testDataPath(QStringLiteral("documents/three-page-letter.rtf")));

@@ -109,6 +109,7 @@ TEST(PrintDocumentTest, AMergedBatchStartsEveryLetterOnANewSheet) {
     EXPECT_EQ(target.sheets,
               Sheets({sheet({"A page 1"}), sheet({"A page 2"}), sheet({"B page 1"}),
                       sheet({"C page 1"}), sheet({"C page 2"}), sheet({"C page 3"})}));
+    EXPECT_EQ(progress.caption(), QStringLiteral("Printing Merge Documents"));
     EXPECT_EQ(progress.steps(), QStringList({QStringLiteral("Preparing to print: Client A"),
                                              QStringLiteral("Preparing to print: Client B"),
                                              QStringLiteral("Preparing to print: Client C")}));

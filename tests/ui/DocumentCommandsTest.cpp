@@ -5,10 +5,12 @@
 #include "platform/FileDialogs.h"
 #include "platform/MsgboxClass.h"
 #include "support/TestEnvironment.h"
+#include "ui/CommandActions.h"
 #include "ui/frmDocument.h"
 #include "ui/frmMain.h"
 
 #include <QAbstractScrollArea>
+#include <QAction>
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QLabel>
@@ -139,4 +141,33 @@ TEST_F(DocumentCommandsTest, ExitAsksForEveryUnsavedDocumentAndCancelStopsIt) {
     msgbox.queueAnswer(MsgboxClass::No);
     EXPECT_TRUE(commands->unloadAllDocuments());
     EXPECT_EQ(openWindows(), 0);
+}
+
+TEST_F(DocumentCommandsTest, TheWordWrapButtonTogglesNoWrapAndWrapAtTheWindow) {
+    window.runCommand(QStringLiteral("mnuFileNewStandard"));
+    type(QString(40, QLatin1Char('w'))
+             .replace(QLatin1String("ww"), QLatin1String("w "))
+             .repeated(8));
+    frmDocument* document = active();
+    const int printed = document->rtfText().lineCount();
+    ASSERT_GT(printed, 1);
+    QAction* wrap = window.commands()->action(QStringLiteral("tbrStandard.WordWrap"));
+    ASSERT_NE(wrap, nullptr);
+    ASSERT_TRUE(wrap->isEnabled());
+    EXPECT_EQ(wrap->toolTip(), QStringLiteral("Toggle Word Wrap"));
+    EXPECT_FALSE(wrap->isChecked()) << "a new document is laid out as printed";
+
+    wrap->trigger();
+    EXPECT_TRUE(wrap->isChecked());
+    EXPECT_EQ(document->pageLayout().viewMode(), PageLayout::WrapAtWindow);
+    wrap->trigger();
+    EXPECT_FALSE(wrap->isChecked());
+    EXPECT_EQ(document->pageLayout().viewMode(), PageLayout::NoWrap);
+    EXPECT_EQ(document->rtfText().lineCount(), 1) << "no wrap: one line a paragraph";
+
+    // Laying the page out again binds the lines to the page once more.
+    document->setupDocument(false, true);
+    EXPECT_EQ(document->pageLayout().viewMode(), PageLayout::PrinterWrap);
+    EXPECT_EQ(document->rtfText().lineCount(), printed);
+    EXPECT_TRUE(msgbox.shown().empty());
 }

@@ -14,6 +14,7 @@
 #include <QStringDecoder>
 #include <QTextBlock>
 #include <QTextDocument>
+#include <QTextOption>
 #include <algorithm>
 
 namespace {
@@ -34,6 +35,12 @@ RichTextBox::Impl::Impl(RichTextBox* owner) : box(owner), document(new QTextDocu
     // The control's font; fixed so that written RTF does not depend on the
     // machine's default font.
     document->setDefaultFont(QFont(QStringLiteral("Tahoma"), 10));
+    // Paragraphs run left to right unless they say otherwise, as in RTF;
+    // the layout then need not scan each paragraph's text for its direction
+    // every time it passes over it.
+    QTextOption option = document->defaultTextOption();
+    option.setTextDirection(Qt::LeftToRight);
+    document->setDefaultTextOption(option);
     cursor = QTextCursor(document);
     QObject::connect(document, &QTextDocument::contentsChange, owner,
                      [this](int, int, int) { mapValid = false; });
@@ -239,8 +246,7 @@ int RichTextBox::Find(const QString& text, int start, int end, int options) {
     return at;
 }
 
-int RichTextBox::findIn(const QString& all, const QString& text, int start, int end,
-                        int options) {
+int RichTextBox::findIn(const QString& all, const QString& text, int start, int end, int options) {
     if (text.isEmpty()) {
         return -1;
     }
