@@ -439,6 +439,10 @@ LifecycleDocument* DocumentLifecycle::OpenExistingDocument(const QString& path, 
         m_windows.setupMergeToolBar(model.documentType, model.InformationType);
         m_windows.fileUsed(target);
     }
+    // An opening ends with the flag down whatever stood before: a print
+    // dialog answered with Cancel leaves it up, and opening a document
+    // (from Quick Picks, which does not wait on the flag) is the way out.
+    app().isCreatingDocument = false;
     if (converted) {
         // Writes the trailer into the new template file.
         SaveDocument(*document);

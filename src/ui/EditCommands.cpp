@@ -108,19 +108,6 @@ void EditCommands::installFormatRoutes() {
     route("mnuFormatScriptSuperScript",
           [](frmDocument& d) { setScript(d.rtfText(), Script::Super); });
     route("mnuFormatScriptSubScript", [](frmDocument& d) { setScript(d.rtfText(), Script::Sub); });
-    // Down wraps the lines at the window, up lets them run on unwrapped;
-    // the layout of the printed page comes back with the next opening.
-    const QString wordWrap =
-        buttonCommandId(QStringLiteral("tbrStandard"), QStringLiteral("WordWrap"));
-    route("tbrStandard.WordWrap", [this, wordWrap](frmDocument& d) {
-        const bool down = m_window.commands()->action(wordWrap)->isChecked();
-        d.SetViewMode(down ? PageLayout::WrapAtWindow : PageLayout::NoWrap);
-    });
-    connect(&m_window, &frmMain::activeDocumentChanged, this, [this, wordWrap] {
-        frmDocument* d = activeDocument();
-        m_window.commands()->action(wordWrap)->setChecked(
-            d != nullptr && d->pageLayout().viewMode() == PageLayout::WrapAtWindow);
-    });
     route("mnuFormatFont", [this](frmDocument& d) {
         if (const auto choice = m_chooseFont(fontChoiceOf(d.rtfText()))) {
             applyFontChoice(d.rtfText(), *choice);

@@ -110,7 +110,10 @@ void QuickPicksBar::watch() {
 }
 
 void QuickPicksBar::openEntry(const QString& fileName) {
-    if (app().isCreatingDocument || !m_open || fileName.isEmpty()) {
+    // Deliberately not held back while a document is being made: after a
+    // print dialog is cancelled the flag stays up, and opening a pick is
+    // what brings the commands back (the window is disabled during real work).
+    if (!m_open || fileName.isEmpty()) {
         return;
     }
     m_open(quickPickPath(m_folder, fileName));

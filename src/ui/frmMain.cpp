@@ -329,6 +329,9 @@ bool frmMain::openDocumentFile(const QString& path) {
         }
         return false;
     }
+    // As every opening does, this one ends with the flag down: it is the
+    // way out of a cancelled print dialog, which leaves it up.
+    app().isCreatingDocument = false;
     return true;
 }
 

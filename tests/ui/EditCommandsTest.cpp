@@ -216,27 +216,6 @@ TEST_F(EditCommandsTest, FindDialogFindsReplacesAndSaysWhenItIsDone) {
     guide->close();
 }
 
-TEST_F(EditCommandsTest, WordWrapButtonWrapsAtTheWindowDownAndNotAtAllUp) {
-    QAction* wrap =
-        action(buttonCommandId(QStringLiteral("tbrStandard"), QStringLiteral("WordWrap")));
-    ASSERT_TRUE(wrap->isEnabled());
-    ASSERT_TRUE(wrap->isCheckable());
-    EXPECT_FALSE(wrap->isChecked());
-    EXPECT_EQ(document().pageLayout().viewMode(), PageLayout::PrinterWrap);
-    wrap->trigger();
-    EXPECT_TRUE(wrap->isChecked());
-    EXPECT_EQ(document().pageLayout().viewMode(), PageLayout::WrapAtWindow);
-    wrap->trigger();
-    EXPECT_EQ(document().pageLayout().viewMode(), PageLayout::NoWrap);
-
-    // The button shows the mode of the document that comes to the front.
-    wrap->trigger();
-    frmDocument* wrapped = &document();
-    window.runCommand(QStringLiteral("mnuFileNewStandard"));
-    ASSERT_NE(&document(), wrapped);
-    EXPECT_FALSE(wrap->isChecked());
-}
-
 TEST_F(EditCommandsTest, AHitOnALaterSheetIsSelectedAndScrolledIntoView) {
     document().loadText(numberedLines(120)); // three sheets
     ASSERT_EQ(document().totalPages(), 3);
