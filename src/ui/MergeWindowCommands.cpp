@@ -552,15 +552,11 @@ void MergeWindowCommands::saveLetterAsPdf(frmDocument& result, MergeResultNaviga
         }
         suggested = QDir(folder).filePath(cleanFolderName(record.name) + QStringLiteral(".pdf"));
     }
-    const auto chosen = app().fileDialogs->saveFileName(QStringLiteral("Save as PDF"), suggested,
-                                                        QStringLiteral("PDF Files (*.pdf)"));
-    if (!chosen || chosen->isEmpty()) {
+    const std::optional<QString> chosen = askPdfPath(QStringLiteral("Save as PDF"), suggested);
+    if (!chosen) {
         return;
     }
-    QString path = *chosen;
-    if (QFileInfo(path).suffix().compare(QLatin1String("pdf"), Qt::CaseInsensitive) != 0) {
-        path += QStringLiteral(".pdf");
-    }
+    const QString& path = *chosen;
     if (exportMergeDocPdf({record}, result.model(), path, false)) {
         m_main.setStatusPanel(
             1, QStringLiteral("Saved %1 as %2").arg(record.name, QDir::toNativeSeparators(path)));

@@ -204,16 +204,12 @@ void exportPdf(frmMain& window) {
     if (!document || !app().fileDialogs) {
         return;
     }
-    const auto chosen = app().fileDialogs->saveFileName(QStringLiteral("Export as PDF"),
-                                                        suggestedPdfPath(*document),
-                                                        QStringLiteral("PDF Files (*.pdf)"));
-    if (!chosen || chosen->isEmpty()) {
+    const std::optional<QString> chosen =
+        askPdfPath(QStringLiteral("Export as PDF"), suggestedPdfPath(*document));
+    if (!chosen) {
         return;
     }
-    QString path = *chosen;
-    if (QFileInfo(path).suffix().compare(QLatin1String("pdf"), Qt::CaseInsensitive) != 0) {
-        path += QStringLiteral(".pdf");
-    }
+    const QString& path = *chosen;
     app().isCreatingDocument = true;
     PrintedPages pages = printedPages(*document);
     const PrintOutcome outcome = writeDocumentPdf(*pages.layout, *pages.model, path, PageRange{},
@@ -312,4 +308,20 @@ bool exportMergeDocPdf(const std::vector<MergedRecord>& records, const DocumentM
         tell(failures.join(QLatin1Char('\n')));
     }
     return failures.isEmpty();
+}
+
+std::optional<QString> askPdfPath(const QString& caption, const QString& suggested) {
+    if (!app().fileDialogs) {
+        return std::nullopt;
+    }
+    const auto chosen =
+        app().fileDialogs->saveFileName(caption, suggested, QStringLiteral("PDF Files (*.pdf)"));
+    if (!chosen || chosen->isEmpty()) {
+        return std::nullopt;
+    }
+    QString path = *chosen;
+    if (QFileInfo(path).suffix().compare(QLatin1String("pdf"), Qt::CaseInsensitive) != 0) {
+        path += QStringLiteral(".pdf");
+    }
+    return path;
 }

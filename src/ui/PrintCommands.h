@@ -4,6 +4,7 @@
 #include "merge/MergeResultDocument.h"
 
 #include <QString>
+#include <optional>
 #include <vector>
 
 class frmMain;
@@ -29,3 +30,7 @@ void previewMergeDoc(QWidget* owner, const std::vector<MergedRecord>& records,
 // were written.
 bool exportMergeDocPdf(const std::vector<MergedRecord>& records, const DocumentModel& geometry,
                        const QString& path, bool beside);
+// Asks where a PDF goes (the file dialog with `caption`, starting at
+// `suggested`); ".pdf" is added to a name without it. Nothing when the user
+// cancelled.
+std::optional<QString> askPdfPath(const QString& caption, const QString& suggested);
