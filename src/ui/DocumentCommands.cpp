@@ -334,10 +334,13 @@ void DocumentCommands::scheduleStatus() {
 }
 
 void DocumentCommands::refreshStatus() {
-    m_statusPending = false;
     if (app().isCreatingDocument) {
+        // Counted once the document is made, not dropped: the first document
+        // of a start-up would otherwise show no page and line counts.
+        QTimer::singleShot(100, this, &DocumentCommands::refreshStatus);
         return;
     }
+    m_statusPending = false;
     frmDocument* document = activeFrm();
     if (QAction* wrap = m_window.commands()->action(wordWrapCommand())) {
         wrap->setChecked(document != nullptr &&

@@ -25,6 +25,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QLabel>
+#include <QTest>
 #include <QListWidget>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -394,6 +395,11 @@ TEST(MainWindowStartTest, TheFirstDocumentTakesTheDefaultFontAndQuickPicksTheTem
     const auto* quickPicks = window->findChild<QuickPicksBar*>(QStringLiteral("picFileBar"));
     ASSERT_NE(quickPicks, nullptr);
     EXPECT_EQ(quickPicks->fileList()->count(), 3) << "the three sample templates";
+    // The status bar counts the first document without waiting for a key.
+    const auto* pages = window->findChild<QLabel*>(QStringLiteral("SBPanel1"));
+    ASSERT_NE(pages, nullptr);
+    QTest::qWait(300);
+    EXPECT_EQ(pages->text(), QStringLiteral("Page 1 of 1"));
     program.exitCurrentProgram();
     EXPECT_TRUE(program.hasExited());
 }
