@@ -78,6 +78,9 @@ QString wordWrapCommand() {
 DocumentCommands::DocumentCommands(frmMain& window)
     : QObject(&window), m_window(window), m_lifecycle(*this) {
     setObjectName(QStringLiteral("DocumentCommands"));
+    m_statusRetry.setSingleShot(true);
+    m_statusRetry.setInterval(100);
+    connect(&m_statusRetry, &QTimer::timeout, this, &DocumentCommands::scheduleStatus);
     connect(&window, &frmMain::documentWindowAdded, this, &DocumentCommands::onWindowAdded);
     connect(window.MDIArea(), &QMdiArea::subWindowActivated, this,
             &DocumentCommands::scheduleStatus);
@@ -334,13 +337,13 @@ void DocumentCommands::scheduleStatus() {
 }
 
 void DocumentCommands::refreshStatus() {
+    m_statusPending = false;
     if (app().isCreatingDocument) {
         // Counted once the document is made, not dropped: the first document
         // of a start-up would otherwise show no page and line counts.
-        QTimer::singleShot(100, this, &DocumentCommands::refreshStatus);
+        m_statusRetry.start();
         return;
     }
-    m_statusPending = false;
     frmDocument* document = activeFrm();
     if (QAction* wrap = m_window.commands()->action(wordWrapCommand())) {
         wrap->setChecked(document != nullptr &&

@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QTimer>
 #include <functional>
 #include <map>
 #include <memory>
@@ -76,6 +77,8 @@ private:
     QPointer<frmDocument> m_added;
     MergeSaver m_mergeSaver;
     bool m_statusPending = false;
+    // Takes the counts again once a document being made is done.
+    QTimer m_statusRetry;
     // Set while a window is closed on purpose, without its question.
     frmDocument* m_unloading = nullptr;
 };
