@@ -697,16 +697,18 @@ void databaseControl::beginWriteBatch(bool holdReads) {
 }
 
 void databaseControl::commitWriteBatch() {
-    if (!m_batchOpen)
-        return;
-    m_batchOpen = false;
-    QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
-    if (!db.commit()) {
-        const QString error = describeFailure(db.lastError());
-        db.rollback();
-        fail(QStringLiteral("Cannot save the changes: %1").arg(error));
+    if (m_batchOpen) {
+        m_batchOpen = false;
+        QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
+        if (!db.commit()) {
+            const QString error = describeFailure(db.lastError());
+            db.rollback();
+            fail(QStringLiteral("Cannot save the changes: %1").arg(error));
+        }
     }
-    // A deferred start: no lock is taken until the next read or write.
+    // A deferred start: no lock is taken until the next read or write. Also
+    // after a write the engine undid with its whole transaction, so that the
+    // holding goes on from the next checkpoint.
     if (m_readHolders > 0 && m_batchDepth > 0)
         openBatchTransaction();
 }
