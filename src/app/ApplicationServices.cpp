@@ -1,6 +1,7 @@
 #include "app/ApplicationServices.h"
 
 #include "context/AppContext.h"
+#include "data/DatabaseLocation.h"
 #include "data/databaseControl.h"
 #include "data/modDatabaseConnection.h"
 #include "data/modFormatAddresses.h"
@@ -74,7 +75,7 @@ void ApplicationServices::openCompaniesDatabaseStep(const QString& path) {
 
 bool ApplicationServices::connectDatabase(const QString& path) {
     closeDatabase();
-    if (!fileControl::FileExists(path)) {
+    if (!DatabaseLocation::looksLikeUri(path) && !fileControl::FileExists(path)) {
         m_databaseError = QStringLiteral("No database at ") + path;
         return false;
     }

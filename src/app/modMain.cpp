@@ -2,6 +2,7 @@
 
 #include "app/ApplicationServices.h"
 #include "app/clsDocMerge.h"
+#include "data/DatabaseLocation.h"
 #include "context/AppContext.h"
 #include "data/clsUniqueID.h"
 #include "data/databaseControl.h"
@@ -83,7 +84,10 @@ void Application::startApplication(bool /*createFirstDocument*/, clsDocMerge* au
         if (automationObject) {
             // A wrong path leaves the location empty; step 13 then falls
             // back on the settings file as a stand-alone start does.
-            ctx.databaseLocation = fileControl::FileExists(automationObject->DatabaseLocation())
+            ctx.databaseLocation = DatabaseLocation::looksLikeUri(
+                                       automationObject->DatabaseLocation()) ||
+                                           fileControl::FileExists(
+                                               automationObject->DatabaseLocation())
                                        ? automationObject->DatabaseLocation()
                                        : QString();
         }
@@ -182,7 +186,8 @@ void Application::startApplication(bool /*createFirstDocument*/, clsDocMerge* au
 
 void Application::openDatabaseStep() {
     AppContext& ctx = app();
-    if (!fileControl::FileExists(ctx.databaseLocation)) {
+    if (!DatabaseLocation::looksLikeUri(ctx.databaseLocation) &&
+        !fileControl::FileExists(ctx.databaseLocation)) {
         m_folders->getInitialDatabaseDataFolder();
         ctx.databaseLocation = getDataFilePath();
     }

@@ -4,7 +4,9 @@
 #include "platform/errorClass.h"
 
 #include <QRegularExpression>
+#include <QHash>
 #include <QSet>
+#include <QSqlDriver>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -17,6 +19,8 @@ struct ParsedSchema {
     std::map<QString, QStringList> columns; // upper-case table -> columns
     QSet<QString> yesNo;                    // upper-case column names
     QSet<QString> dates;
+    QHash<QString, QString> keys;      // upper-case table -> key column
+    QHash<QString, QString> canonical; // upper-case column -> its spelling
     QStringList statements;
 };
 
@@ -48,6 +52,9 @@ const ParsedSchema& parsed() {
                 if (!c.hasMatch())
                     continue;
                 cols << c.captured(1);
+                s.canonical.insert(c.captured(1).toUpper(), c.captured(1));
+                if (line.contains(QStringLiteral("INTEGER PRIMARY KEY")))
+                    s.keys.insert(table.toUpper(), c.captured(1));
                 if (line.contains(QStringLiteral("/*yes-no*/")))
                     s.yesNo.insert(c.captured(1).toUpper());
                 if (line.contains(QStringLiteral("/*date*/")))
@@ -83,11 +90,68 @@ bool ClientDatabaseSchema::isDateColumn(const QString& column) {
     return parsed().dates.contains(column.toUpper());
 }
 
+QString ClientDatabaseSchema::primaryKey(const QString& table) {
+    return parsed().keys.value(table.toUpper());
+}
+
+QString ClientDatabaseSchema::canonicalColumnName(const QString& column) {
+    return parsed().canonical.value(column.toUpper(), column);
+}
+
+QStringList ClientDatabaseSchema::serverStatements() {
+    static const QStringList statements = [] {
+        QStringList out;
+        // Text compared "without regard to case" is written COLLATE NOCASE
+        // throughout the program; unquoted, the server reads that as this
+        // collation.
+        out << QStringLiteral("CREATE COLLATION IF NOT EXISTS nocase (provider = icu, locale = "
+                              "'und-u-ks-level2', deterministic = false)");
+        // A row inserted with a Null key takes the next number after the
+        // highest, as on the embedded engine; two seats racing for the same
+        // number meet the key's uniqueness, and one insert fails whole.
+        out << QStringLiteral(
+            "CREATE OR REPLACE FUNCTION qm_next_key() RETURNS trigger LANGUAGE plpgsql AS $$\n"
+            "DECLARE next_key bigint;\n"
+            "BEGIN\n"
+            "  IF to_jsonb(NEW) ->> TG_ARGV[0] IS NULL THEN\n"
+            "    EXECUTE format('SELECT COALESCE(max(%I), 0) + 1 FROM %I.%I', TG_ARGV[0],\n"
+            "                   TG_TABLE_SCHEMA, TG_TABLE_NAME) INTO next_key;\n"
+            "    NEW := jsonb_populate_record(NEW, jsonb_build_object(TG_ARGV[0], next_key));\n"
+            "  END IF;\n"
+            "  RETURN NEW;\n"
+            "END $$");
+        static const QRegularExpression integerType(QStringLiteral("\\bINTEGER\\b"));
+        static const QRegularExpression realType(QStringLiteral("\\bREAL\\b"));
+        static const QRegularExpression comment(QStringLiteral("/\\*[^*]*\\*/"));
+        static const QRegularExpression tableRe(QStringLiteral("CREATE TABLE (\\w+) \\("));
+        for (QString statement : parsed().statements) {
+            statement.remove(comment);
+            statement.replace(QStringLiteral("INTEGER PRIMARY KEY"),
+                              QStringLiteral("BIGINT PRIMARY KEY"));
+            statement.replace(integerType, QStringLiteral("BIGINT"));
+            statement.replace(realType, QStringLiteral("DOUBLE PRECISION"));
+            out << statement;
+            const auto m = tableRe.match(statement);
+            if (!m.hasMatch())
+                continue;
+            const QString key = primaryKey(m.captured(1));
+            if (key.isEmpty())
+                continue;
+            out << QStringLiteral("CREATE TRIGGER %1_next_key BEFORE INSERT ON %1 FOR EACH ROW "
+                                  "EXECUTE FUNCTION qm_next_key('%2')")
+                       .arg(m.captured(1), key.toLower());
+        }
+        return out;
+    }();
+    return statements;
+}
+
 void ClientDatabaseSchema::create(QSqlDatabase& db) {
+    const bool server = db.driverName() == QLatin1String("QPSQL");
     if (!db.transaction())
         throw QmError(QmError::DatabaseError, db.lastError().text());
     QSqlQuery query(db);
-    for (const QString& statement : parsed().statements) {
+    for (const QString& statement : server ? serverStatements() : parsed().statements) {
         if (!query.exec(statement)) {
             const QString error = query.lastError().text();
             db.rollback();

@@ -7,4 +7,9 @@
 // "The database has no table Nope". Never empty.
 namespace DatabaseFailure {
 QString reason(int engineCode, const QString& engineText);
+// The same for a database server, from its five-character error state and
+// its message.
+QString serverReason(const QString& sqlState, const QString& serverText);
+// Whether a server failure means the connection itself is gone.
+bool isConnectionLost(const QString& sqlState, const QString& serverText);
 }

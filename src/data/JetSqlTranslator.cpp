@@ -272,8 +272,71 @@ QString JetSqlTranslator::storageText(const QDateTime& value, bool hasDate, bool
     return value.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
 }
 
+namespace {
+
+// "[Company Name]" as the server spells an unquoted name: a plain name
+// bare (folded like every other), any other quoted in lower case.
+QString serverName(const QString& bracketed) {
+    const QString inner = bracketed.mid(1, bracketed.size() - 2);
+    static const QRegularExpression plain(QStringLiteral("^[A-Za-z_][A-Za-z0-9_]*$"));
+    if (plain.match(inner).hasMatch())
+        return inner;
+    QString quoted = inner.toLower();
+    quoted.replace(u'"', QStringLiteral("\"\""));
+    return u'"' + quoted + u'"';
+}
+
+// The index of the top-level " ORDER BY " in translated text, or -1.
+qsizetype topLevelOrderBy(const QString& sql) {
+    int depth = 0;
+    qsizetype found = -1;
+    bool quoted = false;
+    for (qsizetype i = 0; i < sql.size(); ++i) {
+        const QChar c = sql[i];
+        if (c == u'"')
+            quoted = !quoted;
+        if (quoted)
+            continue;
+        if (c == u'(')
+            ++depth;
+        else if (c == u')')
+            --depth;
+        else if (depth == 0 && (c == u'O' || c == u'o') &&
+                 QStringView(sql).mid(i, 8).compare(u"ORDER BY", Qt::CaseInsensitive) == 0 &&
+                 (i == 0 || sql[i - 1].isSpace()))
+            found = i;
+    }
+    return found;
+}
+
+// SELECT DISTINCT ... ORDER BY a COLLATE NOCASE is refused by the server:
+// sort the distinct rows in an outer select instead, by the columns' bare
+// names. The parameters keep their order.
+void sortDistinctOutside(QString& sql) {
+    static const QRegularExpression distinct(QStringLiteral("^\\s*SELECT\\s+DISTINCT\\b"),
+                                             QRegularExpression::CaseInsensitiveOption);
+    if (!distinct.match(sql).hasMatch() || !sql.contains(QLatin1String("COLLATE NOCASE")))
+        return;
+    const qsizetype at = topLevelOrderBy(sql);
+    if (at < 0)
+        return;
+    QString head = sql.left(at).trimmed();
+    QString tail = sql.mid(at + 8).trimmed();
+    const bool semicolon = tail.endsWith(u';');
+    if (semicolon)
+        tail.chop(1);
+    static const QRegularExpression qualified(QStringLiteral("\\b\\w+\\.(\\w+)\\b"));
+    tail.replace(qualified, QStringLiteral("\\1"));
+    sql = QStringLiteral("SELECT * FROM (%1) AS qm_distinct ORDER BY %2%3")
+              .arg(head, tail.trimmed(), semicolon ? QStringLiteral(";") : QString());
+}
+
+} // namespace
+
 TranslatedSql JetSqlTranslator::translate(const QString& jetSql,
-                                          const std::vector<bool>& textPlaceholders) {
+                                          const std::vector<bool>& textPlaceholders,
+                                          SqlDialect dialect) {
+    const bool server = dialect == SqlDialect::Postgres;
     std::vector<Token> tokens = tokenize(jetSql);
     TranslatedSql result;
     QString& out = result.sql;
@@ -326,8 +389,10 @@ TranslatedSql JetSqlTranslator::translate(const QString& jetSql,
 
         switch (t.kind) {
         case Kind::Space:
-        case Kind::Bracketed:
             out += t.text;
+            break;
+        case Kind::Bracketed:
+            out += server ? serverName(t.text) : t.text;
             break;
         case Kind::Operator:
             out += t.text == u"!=" ? QStringLiteral("<>") : t.text;
@@ -424,6 +489,8 @@ TranslatedSql JetSqlTranslator::translate(const QString& jetSql,
                        comparedWithTimeOnly(tokens, k + 2)) {
                 appendTimeColumn(out, result.parameters, t.text + u'.' + tokens[k + 2].text);
                 k += 2;
+            } else if (server && isWord(t, "LIKE")) {
+                out += QStringLiteral("ILIKE");
             } else {
                 out += t.text;
             }
@@ -433,6 +500,8 @@ TranslatedSql JetSqlTranslator::translate(const QString& jetSql,
     }
     if (inOrderBy)
         closeOrderItem(false);
+    if (server)
+        sortDistinctOutside(out);
     return result;
 }
 

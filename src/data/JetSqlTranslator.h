@@ -26,6 +26,15 @@
 //
 // A "?" in the text is a parameter of the caller: `placeholders` lists the
 // positions in `parameters` that its values go to, in order.
+// The engines the translation writes for. On the server: LIKE becomes
+// ILIKE (the embedded engine's LIKE ignores case), a [bracketed name]
+// becomes the server's name (names are folded to lower case there), and a
+// DISTINCT statement sorted without regard to case sorts outside a
+// sub-select (the server refuses a sort key that is not a selected column).
+// COLLATE NOCASE is written the same on both: the server's schema has a
+// collation of that name.
+enum class SqlDialect { Sqlite, Postgres };
+
 struct TranslatedSql {
     QString sql;
     QVariantList parameters;
@@ -40,7 +49,8 @@ public:
     // then compared without regard to case as a text literal would be;
     // numbers are left bare so that the key's index stays usable.
     static TranslatedSql translate(const QString& jetSql,
-                                   const std::vector<bool>& textPlaceholders = {});
+                                   const std::vector<bool>& textPlaceholders = {},
+                                   SqlDialect dialect = SqlDialect::Sqlite);
 
     // Reads the '...' or "..." literal whose opening quote is at `start`,
     // a doubled quote standing for one; `end` is set behind the closing

@@ -89,13 +89,13 @@ std::optional<Shape> shapeOf(const QString& sql) {
 TranslatedSql TranslationCache::translate(const QString& jetSql) {
     std::optional<Shape> shape = shapeOf(jetSql);
     if (!shape)
-        return JetSqlTranslator::translate(jetSql);
+        return JetSqlTranslator::translate(jetSql, {}, m_dialect);
     auto found = m_shapes.constFind(shape->text);
     if (found == m_shapes.constEnd()) {
         // Translated before it is kept, so a text that fails is never kept.
-        TranslatedSql translated = JetSqlTranslator::translate(shape->text);
+        TranslatedSql translated = JetSqlTranslator::translate(shape->text, {}, m_dialect);
         if (translated.placeholders.size() != size_t(shape->numbers.size()))
-            return JetSqlTranslator::translate(jetSql);
+            return JetSqlTranslator::translate(jetSql, {}, m_dialect);
         if (m_shapes.size() >= m_capacity)
             m_shapes.clear();
         found = m_shapes.insert(shape->text, std::move(translated));

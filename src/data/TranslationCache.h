@@ -19,6 +19,14 @@ class TranslationCache {
 public:
     explicit TranslationCache(qsizetype capacity = 512) : m_capacity(capacity) {}
 
+    // The engine translations are written for; changing it forgets the kept
+    // shapes.
+    void setDialect(SqlDialect dialect) {
+        if (dialect != m_dialect)
+            m_shapes.clear();
+        m_dialect = dialect;
+    }
+
     // Throws as JetSqlTranslator::translate does.
     TranslatedSql translate(const QString& jetSql);
 
@@ -26,5 +34,6 @@ public:
 
 private:
     qsizetype m_capacity;
+    SqlDialect m_dialect = SqlDialect::Sqlite;
     QHash<QString, TranslatedSql> m_shapes;
 };

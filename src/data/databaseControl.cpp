@@ -2,6 +2,7 @@
 
 #include "data/ClientDatabaseSchema.h"
 #include "data/DatabaseFailure.h"
+#include "data/DatabaseLocation.h"
 #include "data/JetSqlTranslator.h"
 #include "data/LookupStatements.h"
 #include "data/Recordset.h"
@@ -89,6 +90,35 @@ bool canWriteFile(const QFileInfo& info) {
     return info.isWritable() && QFileInfo(info.absolutePath()).isWritable();
 }
 
+// A server row's physical address "(block,item)", kept in a row-key slot.
+qint64 physicalKey(const QString& text) {
+    const QStringView inner = QStringView(text).mid(1, text.size() - 2);
+    const qsizetype comma = inner.indexOf(u',');
+    if (comma < 0)
+        return -1;
+    return (inner.left(comma).toLongLong() << 16) | inner.mid(comma + 1).toLongLong();
+}
+
+QString physicalAddress(qint64 key) {
+    return QStringLiteral("(%1,%2)").arg(key >> 16).arg(key & 0xffff);
+}
+
+const char* const PhysicalRowKey = "ctid";
+
+bool isTextArgument(const QVariant& value) {
+    switch (value.typeId()) {
+    case QMetaType::Int:
+    case QMetaType::LongLong:
+    case QMetaType::UInt:
+    case QMetaType::Short:
+    case QMetaType::Bool:
+    case QMetaType::Double:
+        return false;
+    default:
+        return value.isValid() && !value.isNull();
+    }
+}
+
 } // namespace
 
 // Prepared statements by their translated text, with the description of
@@ -161,6 +191,12 @@ void databaseControl::connect() {
         disconnect();
     m_lastError.clear();
     m_readOnly = false;
+    m_server = DatabaseLocation::looksLikeUri(m_path);
+    if (m_server) {
+        m_readOnly = m_forceReadOnly;
+        openServerConnection();
+        return;
+    }
     const QFileInfo info(m_path);
     if (m_path.isEmpty() || !info.exists() || !info.isFile()) {
         m_lastError = QStringLiteral("The database file does not exist: %1").arg(m_path);
@@ -232,7 +268,108 @@ bool databaseControl::openConnection(bool immutable) {
     return false;
 }
 
+bool databaseControl::openServerConnection() {
+    QString error;
+    const auto location = DatabaseLocation::parse(m_path, &error);
+    if (!location) {
+        m_lastError = error;
+        return false;
+    }
+    {
+        QSqlDatabase db;
+        if (location->open(db, m_connectionName, &error, m_readOnly)) {
+            const QStringList present = db.tables();
+            auto has = [&](const QString& table) {
+                return present.contains(table, Qt::CaseInsensitive);
+            };
+            if (!has(QStringLiteral("Companies")) && !has(QStringLiteral("Contacts"))) {
+                error = QStringLiteral("The database %1 has no client tables; make them with "
+                                       "\"quillmere-pad import\" or \"quillmere-pad sample-db\"")
+                            .arg(location->display());
+            } else {
+                // A server database is made from this program's schema, so
+                // an older one shows as a table or column it lacks.
+                QStringList lacking;
+                for (const QString& table : ClientDatabaseSchema::tableNames()) {
+                    if (!has(table)) {
+                        lacking << QStringLiteral("table %1").arg(table);
+                        continue;
+                    }
+                    const QSqlRecord record = db.record(table.toLower());
+                    for (const QString& column : ClientDatabaseSchema::columnNames(table)) {
+                        if (record.indexOf(column.toLower()) < 0)
+                            lacking << QStringLiteral("column %1.%2").arg(table, column);
+                    }
+                }
+                if (!lacking.isEmpty())
+                    error = QStringLiteral("The database %1 has an older schema than this "
+                                           "program; it lacks %2")
+                                .arg(location->display(), lacking.mid(0, 8).join(QStringLiteral(", ")) +
+                                                              (lacking.size() > 8
+                                                                   ? QStringLiteral(", ...")
+                                                                   : QString()));
+            }
+        }
+        if (error.isEmpty()) {
+            m_translations->setDialect(SqlDialect::Postgres);
+            m_statements = std::make_unique<StatementCache>(db);
+            m_connected = true;
+            return true;
+        }
+        m_lastError = error;
+        db.close();
+    }
+    QSqlDatabase::removeDatabase(m_connectionName);
+    return false;
+}
+
+bool databaseControl::reconnectIfLost(const QSqlError& error) {
+    if (!m_server ||
+        !DatabaseFailure::isConnectionLost(error.nativeErrorCode(), error.databaseText() + u' ' +
+                                                                        error.driverText()))
+        return false;
+    return reconnectAfterLoss();
+}
+
+bool databaseControl::reconnectAfterLoss() {
+    m_lostConnection = false;
+    // The record sets already read stay; statements and the transaction go
+    // with the connection.
+    auto sets = std::move(m_sets);
+    const int depth = m_batchDepth;
+    const int holders = m_readHolders;
+    m_batchOpen = false;
+    m_batchDepth = 0;
+    m_readHolders = 0;
+    disconnect();
+    connect();
+    m_sets = std::move(sets);
+    m_batchDepth = depth;
+    m_readHolders = holders;
+    if (m_connected && m_readHolders > 0 && m_batchDepth > 0)
+        openBatchTransaction();
+    return m_connected;
+}
+
+QString databaseControl::sqlName(const QString& name) const {
+    return quoteName(m_server ? name.toLower() : name);
+}
+
+QString databaseControl::rowKeyColumn(const QString& table) const {
+    if (!m_server)
+        return QStringLiteral("rowid");
+    const QString key = ClientDatabaseSchema::primaryKey(table);
+    return key.isEmpty() ? QString::fromLatin1(PhysicalRowKey) : sqlName(key);
+}
+
 QString databaseControl::describeFailure(const QSqlError& error) const {
+    if (m_server)
+        return QStringLiteral("%1: %2 (%3)")
+            .arg(DatabaseFailure::serverReason(error.nativeErrorCode(), error.databaseText()),
+                 DatabaseLocation::parse(m_path, nullptr)
+                     .value_or(DatabaseLocation{})
+                     .display(),
+                 error.text());
     return QStringLiteral("%1: %2 (%3)")
         .arg(DatabaseFailure::reason(error.nativeErrorCode().toInt(), error.databaseText()), m_path,
              error.text());
@@ -331,9 +468,12 @@ int databaseControl::openRecordset(const QString& sql, int /*cursorType*/, int l
         rs->table = m.captured(2);
         if (rs->table.startsWith(u'['))
             rs->table = rs->table.mid(1, rs->table.size() - 2);
+        const QString key = rowKeyColumn(rs->table);
+        const QString keyText = key == QLatin1String(PhysicalRowKey)
+                                    ? QStringLiteral("%1.ctid::text").arg(sqlName(rs->table))
+                                    : QStringLiteral("%1.%2").arg(sqlName(rs->table), key);
         translated.sql.insert(m.capturedStart(1),
-                              QStringLiteral("%1.rowid AS %2, ")
-                                  .arg(quoteName(rs->table), QLatin1String(RowKeyAlias)));
+                              QStringLiteral("%1 AS %2, ").arg(keyText, QLatin1String(RowKeyAlias)));
     }
     // A statement prepared before the host changed a table must not run:
     // the driver crashes on a result wider than the one it prepared for.
@@ -354,23 +494,36 @@ int databaseControl::openRecordset(const QString& sql, int /*cursorType*/, int l
         m_schemaVersion = version;
         m_schemaCheckedInBatch = m_batchOpen;
     }
-    StatementCache::Entry& entry = m_statements->get(translated.sql);
-    QSqlQuery& query = entry.query;
-    for (int i = 0; i < translated.parameters.size(); ++i)
-        query.bindValue(i, translated.parameters[i]);
-    ++m_statementCount;
-    if (!query.exec()) {
-        const QString error = describeFailure(query.lastError());
+    StatementCache::Entry* ran = nullptr;
+    for (int attempt = 0; !ran; ++attempt) {
+        StatementCache::Entry& candidate = m_statements->get(translated.sql);
+        QSqlQuery& query = candidate.query;
+        for (int i = 0; i < translated.parameters.size(); ++i)
+            query.bindValue(i, translated.parameters[i]);
+        ++m_statementCount;
+        if (query.exec()) {
+            ran = &candidate;
+            break;
+        }
+        const QSqlError failure = query.lastError();
+        const QString error = describeFailure(failure);
         query.finish();
-        fail(QStringLiteral("%1 [%2]").arg(error, sql));
+        // A read outside a transaction is simply asked again on a new
+        // connection; one inside a batch fails, since the batch went with it.
+        const bool inBatch = m_batchOpen;
+        if (attempt > 0 || !reconnectIfLost(failure) || inBatch)
+            fail(QStringLiteral("%1 [%2]").arg(error, sql));
     }
+    StatementCache::Entry& entry = *ran;
+    QSqlQuery& query = entry.query;
     const int first = rs->editable ? 1 : 0;
     if (!entry.described) {
         const QSqlRecord record = query.record();
         for (int i = first; i < record.count(); ++i) {
             const QSqlField field = record.field(i);
             RecordsetColumn column;
-            column.name = field.name();
+            column.name = m_server ? ClientDatabaseSchema::canonicalColumnName(field.name())
+                                   : field.name();
             column.table = field.tableName();
             column.yesNo = field.metaType().id() == QMetaType::Bool ||
                            ClientDatabaseSchema::isYesNoColumn(column.name);
@@ -386,6 +539,7 @@ int databaseControl::openRecordset(const QString& sql, int /*cursorType*/, int l
         rs->lookup = entry.lookup;
     }
     const int width = int(rs->columns.size()) + first;
+    const bool physical = rs->editable && rowKeyColumn(rs->table) == QLatin1String(PhysicalRowKey);
     while (query.next()) {
         std::vector<QVariant> row;
         row.reserve(size_t(width - first));
@@ -393,7 +547,8 @@ int databaseControl::openRecordset(const QString& sql, int /*cursorType*/, int l
             row.push_back(query.value(i));
         rs->rows.push_back(std::move(row));
         if (rs->editable)
-            rs->rowKeys.push_back(query.value(0).toLongLong());
+            rs->rowKeys.push_back(physical ? physicalKey(query.value(0).toString())
+                                           : query.value(0).toLongLong());
     }
     // Release the read lock at once: the host may want to write.
     query.finish();
@@ -409,9 +564,63 @@ std::optional<QVariant> databaseControl::lookupValue(const QString& sql,
                                                      const QString& column) {
     requireConnection();
     ++m_statementCount;
+    if (m_server)
+        return serverLookup(sql, arguments, column);
     if (!m_lookups)
         fail(QStringLiteral("The database driver does not give lookups its engine."));
     return m_lookups->firstValue(sql, arguments, column);
+}
+
+std::optional<QVariant> databaseControl::serverLookup(const QString& sql,
+                                                      const QVariantList& arguments,
+                                                      const QString& column) {
+    std::vector<bool> text;
+    for (const QVariant& argument : arguments)
+        text.push_back(isTextArgument(argument));
+    const TranslatedSql translated = JetSqlTranslator::translate(sql, text, SqlDialect::Postgres);
+    if (arguments.size() != qsizetype(translated.placeholders.size()))
+        fail(QStringLiteral("The lookup takes %1 arguments, %2 given: %3")
+                 .arg(translated.placeholders.size())
+                 .arg(arguments.size())
+                 .arg(sql));
+    QVariantList values = translated.parameters;
+    for (size_t k = 0; k < translated.placeholders.size(); ++k)
+        values[translated.placeholders[k]] = arguments[qsizetype(k)];
+    for (int attempt = 0;; ++attempt) {
+        StatementCache::Entry& entry = m_statements->get(translated.sql);
+        QSqlQuery& query = entry.query;
+        for (int i = 0; i < values.size(); ++i)
+            query.bindValue(i, values[i]);
+        if (!query.exec()) {
+            const QSqlError failure = query.lastError();
+            const QString error = describeFailure(failure);
+            query.finish();
+            const bool inBatch = m_batchOpen;
+            if (attempt > 0 || !reconnectIfLost(failure) || inBatch)
+                fail(QStringLiteral("%1 [%2]").arg(error, sql));
+            continue;
+        }
+        if (!query.next()) {
+            query.finish();
+            return std::nullopt;
+        }
+        int at = 0;
+        if (const QString key = column.trimmed(); !key.isEmpty()) {
+            const QSqlRecord record = query.record();
+            at = record.indexOf(key.toLower());
+            if (at < 0) {
+                const qsizetype dot = key.lastIndexOf(u'.');
+                at = dot > 0 ? record.indexOf(key.mid(dot + 1).toLower()) : -1;
+            }
+            if (at < 0) {
+                query.finish();
+                fail(QStringLiteral("The lookup has no column %1: %2").arg(column, sql));
+            }
+        }
+        QVariant value = query.value(at);
+        query.finish();
+        return value;
+    }
 }
 
 int databaseControl::filterRecordset(int handle, const QString& filter) {
@@ -542,7 +751,16 @@ QString databaseControl::tableColumnType(const QString& table, const QString& co
         std::map<QString, QString> types;
         QSqlQuery query(QSqlDatabase::database(m_connectionName, false));
         ++m_statementCount;
-        if (query.exec(QStringLiteral("PRAGMA table_info(%1)").arg(quoteName(table)))) {
+        if (m_server) {
+            query.prepare(QStringLiteral("SELECT column_name, data_type FROM "
+                                         "information_schema.columns WHERE table_name = ? AND "
+                                         "table_schema = current_schema()"));
+            query.addBindValue(table.toLower());
+            if (query.exec()) {
+                while (query.next())
+                    types[query.value(0).toString().toUpper()] = query.value(1).toString();
+            }
+        } else if (query.exec(QStringLiteral("PRAGMA table_info(%1)").arg(quoteName(table)))) {
             while (query.next())
                 types[query.value(1).toString().toUpper()] = query.value(2).toString();
         }
@@ -625,10 +843,33 @@ bool databaseControl::execute(const QString& sql, const QVariantList& parameters
         query.bindValue(i, parameters[i]);
     ++m_statementCount;
     const bool ok = query.exec();
-    if (!ok && error)
-        *error = describeFailure(query.lastError());
-    if (ok && insertedKey)
-        *insertedKey = query.lastInsertId().toLongLong();
+    if (!ok) {
+        const QSqlError failure = query.lastError();
+        if (error)
+            *error = describeFailure(failure);
+        query.finish();
+        // The transaction went with a lost connection; the caller reports
+        // this write as failed, and the next one runs on a new connection.
+        if (m_server && DatabaseFailure::isConnectionLost(
+                            failure.nativeErrorCode(), failure.databaseText() + u' ' +
+                                                           failure.driverText())) {
+            m_lostConnection = true;
+        }
+        return false;
+    }
+    if (insertedKey) {
+        if (m_server) {
+            // The statement returns the row's key (RETURNING).
+            *insertedKey = -1;
+            if (query.next()) {
+                const QVariant key = query.value(0);
+                *insertedKey = key.typeId() == QMetaType::QString ? physicalKey(key.toString())
+                                                                  : key.toLongLong();
+            }
+        } else {
+            *insertedKey = query.lastInsertId().toLongLong();
+        }
+    }
     query.finish();
     return ok;
 }
@@ -639,14 +880,27 @@ void databaseControl::runInTransaction(const QString& sql, const QVariantList& p
         runInBatch(sql, parameters, insertedKey);
         return;
     }
-    QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
-    if (!db.transaction())
-        fail(QStringLiteral("Cannot start a transaction: %1").arg(describeFailure(db.lastError())));
     QString error;
-    if (!execute(sql, parameters, insertedKey, &error)) {
+    for (int attempt = 0;; ++attempt) {
+        QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
+        if (!db.transaction()) {
+            const QSqlError failure = db.lastError();
+            if (attempt == 0 && reconnectIfLost(failure))
+                continue;
+            fail(QStringLiteral("Cannot start a transaction: %1").arg(describeFailure(failure)));
+        }
+        if (execute(sql, parameters, insertedKey, &error))
+            break;
         db.rollback();
+        // The write died with its connection before its commit: nothing of
+        // it was saved, so it is made once more on a new connection.
+        if (m_lostConnection && attempt == 0 && reconnectAfterLoss())
+            continue;
+        if (m_lostConnection)
+            reconnectAfterLoss();
         fail(QStringLiteral("%1 [%2]").arg(error, sql));
     }
+    QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
     if (!db.commit()) {
         error = describeFailure(db.lastError());
         db.rollback();
@@ -661,12 +915,23 @@ void databaseControl::runInBatch(const QString& sql, const QVariantList& paramet
     // A savepoint per write, so that a failing write is undone alone and the
     // batch's earlier writes stand.
     QString error;
-    if (!execute(QStringLiteral("SAVEPOINT qm_write"), {}, nullptr, &error))
+    auto lost = [&] {
+        // The batch's transaction went with the connection: its earlier
+        // writes are not saved, and the next write starts on a new one.
+        reconnectAfterLoss();
+        fail(QStringLiteral("%1 [%2]; the changes made with it were not saved").arg(error, sql));
+    };
+    if (!execute(QStringLiteral("SAVEPOINT qm_write"), {}, nullptr, &error)) {
+        if (m_lostConnection)
+            lost();
         fail(QStringLiteral("Cannot start a transaction: %1").arg(error));
+    }
     if (execute(sql, parameters, insertedKey, &error)) {
         execute(QStringLiteral("RELEASE qm_write"), {}, nullptr, nullptr);
         return;
     }
+    if (m_lostConnection)
+        lost();
     if (!execute(QStringLiteral("ROLLBACK TO qm_write"), {}, nullptr, nullptr) ||
         !execute(QStringLiteral("RELEASE qm_write"), {}, nullptr, nullptr)) {
         // The engine ended the whole transaction (a full disk, an I/O
@@ -734,13 +999,31 @@ void databaseControl::writeColumns(Recordset& rs, int row, const std::vector<int
     QStringList assignments;
     QVariantList values;
     for (int c : columns) {
-        assignments << quoteName(rs.columns[size_t(c)].name) + QStringLiteral(" = ?");
+        assignments << sqlName(rs.columns[size_t(c)].name) + QStringLiteral(" = ?");
         values << rs.rows[size_t(row)][size_t(c)];
     }
-    values << rs.rowKeys[size_t(row)];
-    runInTransaction(QStringLiteral("UPDATE %1 SET %2 WHERE rowid = ?")
-                         .arg(quoteName(rs.table), assignments.join(u", ")),
-                     values, nullptr);
+    const QString key = rowKeyColumn(rs.table);
+    if (key != QLatin1String(PhysicalRowKey)) {
+        values << rs.rowKeys[size_t(row)];
+        runInTransaction(QStringLiteral("UPDATE %1 SET %2 WHERE %3 = ?")
+                             .arg(sqlName(rs.table), assignments.join(u", "), key),
+                         values, nullptr);
+        return;
+    }
+    // A row without a key of its own is found by its address, which the
+    // update moves: the new one is kept. No row there means another
+    // workstation changed or removed it since it was read.
+    values << physicalAddress(rs.rowKeys[size_t(row)]);
+    qint64 moved = -1;
+    runInTransaction(QStringLiteral("UPDATE %1 SET %2 WHERE ctid = CAST(? AS tid) RETURNING "
+                                    "ctid::text")
+                         .arg(sqlName(rs.table), assignments.join(u", ")),
+                     values, &moved);
+    if (moved < 0)
+        fail(QStringLiteral("The row of %1 was changed or removed by another workstation since "
+                            "it was read; the change is not saved")
+                 .arg(rs.table));
+    rs.rowKeys[size_t(row)] = moved;
 }
 
 void databaseControl::insertRow(Recordset& rs, int row) {
@@ -748,26 +1031,34 @@ void databaseControl::insertRow(Recordset& rs, int row) {
     QStringList marks;
     QVariantList values;
     for (int c : rs.staged) {
-        names << quoteName(rs.columns[size_t(c)].name);
+        names << sqlName(rs.columns[size_t(c)].name);
         marks << QStringLiteral("?");
         values << rs.rows[size_t(row)][size_t(c)];
     }
-    const QString sql =
-        names.isEmpty() ? QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(quoteName(rs.table))
+    QString sql =
+        names.isEmpty() ? QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(sqlName(rs.table))
                         : QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
-                              .arg(quoteName(rs.table), names.join(u", "), marks.join(u", "));
+                              .arg(sqlName(rs.table), names.join(u", "), marks.join(u", "));
+    const QString keyColumn = rowKeyColumn(rs.table);
+    const bool physical = keyColumn == QLatin1String(PhysicalRowKey);
+    if (m_server)
+        sql += physical ? QStringLiteral(" RETURNING ctid::text")
+                        : QStringLiteral(" RETURNING %1").arg(keyColumn);
     qint64 key = -1;
     runInTransaction(sql, values, &key);
     rs.rowKeys[size_t(row)] = key;
     // Read the row back: the engine fills the key and the defaults.
     QSqlQuery query(QSqlDatabase::database(m_connectionName, false));
-    query.prepare(QStringLiteral("SELECT * FROM %1 WHERE rowid = ?").arg(quoteName(rs.table)));
-    query.bindValue(0, key);
+    query.prepare(QStringLiteral("SELECT * FROM %1 WHERE %2 = %3")
+                      .arg(sqlName(rs.table), keyColumn,
+                           physical ? QStringLiteral("CAST(? AS tid)") : QStringLiteral("?")));
+    query.bindValue(0, physical ? QVariant(physicalAddress(key)) : QVariant(key));
     ++m_statementCount;
     if (query.exec() && query.next()) {
         const QSqlRecord record = query.record();
         for (size_t c = 0; c < rs.columns.size(); ++c) {
-            const int i = record.indexOf(rs.columns[c].name);
+            const int i =
+                record.indexOf(m_server ? rs.columns[c].name.toLower() : rs.columns[c].name);
             if (i >= 0)
                 rs.rows[size_t(row)][c] = query.value(i);
         }

@@ -18,8 +18,10 @@ class StatementCache;
 class TranslationCache;
 class LookupStatements;
 
-// The one access object to the client database (an SQLite file that the
-// host program owns and writes at the same time). Record sets are known to
+// The one access object to the client database: an SQLite file that the
+// host program owns and writes at the same time, or a database on a
+// PostgreSQL server shared by the practice's workstations (the path is then
+// a connection URI; see DatabaseLocation). Record sets are known to
 // callers by integer handles; -1 is "none". Each record set is a
 // materialised keyset: its rows are read when it is opened, so walking it
 // never touches the file again.
@@ -57,7 +59,12 @@ public:
     void setOpenReadOnly(bool readOnly) { m_forceReadOnly = readOnly; }
     QString databasePath() const { return m_path; }
 
-    // Opens the file named by the path. Never throws: a missing file, a
+    // Opens the file (or server database) named by the path. On a server, a
+    // database without the client tables, or with tables of an older schema
+    // (a column missing), is refused with a message naming what is missing;
+    // a connection lost later is made again before the next statement, and
+    // a statement that ran on the lost one fails with a message saying so.
+    // Never throws: a missing file, a
     // file that is not an SQLite database (text, zero bytes, encrypted,
     // truncated) or one that cannot be opened leaves the object
     // disconnected, with the reason in lastError(). Leaves the file's
@@ -172,6 +179,9 @@ public:
     // escapeSQLText.
     static QString escapeLikeText(const QString& text);
 
+    // Whether the database is on a server (the path is a URI).
+    bool isServer() const { return m_server; }
+
     // Diagnostics for tests and benchmarks.
     int openRecordsetCount() const { return static_cast<int>(m_sets.size()); }
     // SQL statements run against the file by this object: each opened
@@ -187,6 +197,19 @@ private:
     void requireConnection() const;
     [[noreturn]] void fail(const QString& text) const;
     bool openConnection(bool immutable);
+    bool openServerConnection();
+    // After a failure: whether the server connection is gone, in which case
+    // it is made again (a batch's transaction is lost with it).
+    bool reconnectIfLost(const QSqlError& error);
+    bool reconnectAfterLoss();
+    // A table or column name as the engine wants it in statement text.
+    QString sqlName(const QString& name) const;
+    // The row key of an editable set's table: the embedded engine's rowid,
+    // a server table's own key, or its physical row address for a table
+    // without a key.
+    QString rowKeyColumn(const QString& table) const;
+    std::optional<QVariant> serverLookup(const QString& sql, const QVariantList& arguments,
+                                         const QString& column);
     QString describeFailure(const QSqlError& error) const;
     void refuseWriteIfReadOnly(const QString& what) const;
     // The index of a column of the current row that may be written; throws
@@ -211,6 +234,8 @@ private:
     bool m_connected = false;
     bool m_readOnly = false;
     bool m_forceReadOnly = false;
+    bool m_server = false;
+    bool m_lostConnection = false; // the last statement failed with its connection
     std::unique_ptr<TranslationCache> m_translations;
     QString m_lastError;
     std::unique_ptr<StatementCache> m_statements;

@@ -12,6 +12,12 @@ QString companiesDatabaseFailureText() {
         "The Quillmere Pad was not able to access the companies database and needs to close.");
 }
 
+QString serverDatabaseFailureText(const QString& reason) {
+    return QStringLiteral("The companies database on the server could not be opened, so "
+                          "letters cannot be merged until it can: %1")
+        .arg(reason);
+}
+
 std::unique_ptr<databaseControl> openCompaniesDatabase(const QString& path) {
     ProcedureScope scope(app().errors,
                          QStringLiteral("QuillmerePad.exe-modMain-openCompaniesDatabase"));
@@ -26,7 +32,16 @@ std::unique_ptr<databaseControl> openCompaniesDatabase(const QString& path) {
     db->setNumberedSetting(3);
     db->setNumberedSetting(2);
     db->connect();
-    if (!db->isConnected()) {
+    if (!db->isConnected() && db->isServer()) {
+        // A shared server that is down or refuses this seat must not keep a
+        // practice from writing letters: the reason is shown and the
+        // program goes on without merging.
+        std::fprintf(stderr, "The companies database could not be opened: %s\n",
+                     db->lastError().toLocal8Bit().constData());
+        if (app().msgbox)
+            app().msgbox->showMessage(serverDatabaseFailureText(db->lastError()),
+                                      MsgboxClass::KindNormal);
+    } else if (!db->isConnected()) {
         // The box keeps its fixed sentence; the reason ("locked", "not a
         // database") goes to standard error, where support can read it.
         std::fprintf(stderr, "The companies database could not be opened: %s\n",

@@ -15,3 +15,6 @@ std::unique_ptr<databaseControl> openCompaniesDatabase(const QString& path);
 
 // The message of a failed connection, exactly as shown.
 QString companiesDatabaseFailureText();
+// The same for a database server, with the reason; the program goes on
+// without merging.
+QString serverDatabaseFailureText(const QString& reason);
