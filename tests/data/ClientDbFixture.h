@@ -17,8 +17,9 @@
 // application context.
 //
 // The engine is SQLite (a file in a temporary folder) unless the variable
-// QM_TEST_ENGINE is "postgres": each test then gets a new database on the
-// test program's PostgreSQL server, and is skipped where there is none.
+// QM_TEST_ENGINE is "postgres": each test then gets a database of its own on
+// the test program's PostgreSQL server (new, or one an earlier test left
+// with the schema as made, emptied), and is skipped where there is none.
 class ClientDbFixture : public ::testing::Test {
 protected:
     void SetUp() override;
@@ -41,7 +42,13 @@ protected:
     std::unique_ptr<databaseControl> m_db;
 
 private:
+    QString m_schemaFingerprint; // of a server database made for this test
     bool openHost();
+    // Empties a server database whose schema the test left as made, so
+    // that the next test can have it; false when it must be dropped.
+    bool emptyForTheNextTest();
+    // The host's SQL as a host of that engine writes it.
+    static QString inHostDialect(const QString& sql);
     // A host writes its own IDs; later inserts by the program must not
     // collide with them.
     void advanceServerSequences();

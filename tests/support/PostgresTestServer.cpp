@@ -264,11 +264,14 @@ bool PostgresTestServer::exec(const QString& sql, QString* error) {
     return false;
 }
 
-std::optional<QString> PostgresTestServer::createDatabase(const QString& hint, QString* error) {
+std::optional<QString> PostgresTestServer::createDatabase(const QString& hint, QString* error,
+                                                          const QString& templateUri) {
     static QAtomicInt counter;
     QString name = QStringLiteral("%1_%2").arg(hint.toLower()).arg(counter.fetchAndAddRelaxed(1));
     name.replace(QRegularExpression(QStringLiteral("[^a-z0-9_]")), QStringLiteral("_"));
-    if (!exec(QStringLiteral("CREATE DATABASE %1 TEMPLATE template0").arg(name), error))
+    const QString source =
+        templateUri.isEmpty() ? QStringLiteral("template0") : databaseOf(templateUri);
+    if (!exec(QStringLiteral("CREATE DATABASE %1 TEMPLATE %2").arg(name, source), error))
         return std::nullopt;
     return uri(name);
 }

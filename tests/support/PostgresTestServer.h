@@ -30,9 +30,12 @@ public:
     // calls it while the application object still exists.
     static void stopShared();
 
-    // Creates an empty database and returns its connection URI, or nothing
-    // with the reason in `error`. Names are made unique by the server.
-    std::optional<QString> createDatabase(const QString& hint, QString* error);
+    // Creates a database and returns its connection URI, or nothing with
+    // the reason in `error`. Names are made unique by the server. The new
+    // database is empty, or a copy of the database of `templateUri` (which
+    // must have no session open).
+    std::optional<QString> createDatabase(const QString& hint, QString* error,
+                                          const QString& templateUri = QString());
     // Drops a database made by createDatabase, closing its sessions first.
     void dropDatabase(const QString& uri);
 
