@@ -10,10 +10,10 @@ set -euo pipefail
 
 build=${1:?usage: import_bench.sh BUILD_DIR [CLIENTS]}
 clients=${2:-10000}
-program="$build/quillmere-pad"
+program="$build/src/quillmere-pad"
 [ -x "$program" ] || { echo "no program at $program" >&2; exit 1; }
 
-bin=$(dirname "$(command -v initdb 2>/dev/null || true)")
+bin=$(dirname "$(readlink -f "$(command -v initdb 2>/dev/null || echo /nonexistent)")")
 if [ ! -x "$bin/pg_ctl" ]; then
   bin=$(ls -d /usr/lib/postgresql/*/bin 2>/dev/null | sort -V | tail -n 1)
 fi

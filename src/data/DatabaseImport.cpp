@@ -9,7 +9,6 @@
 #include <QAtomicInt>
 #include <QFileInfo>
 #include <QLocale>
-#include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlField>
 #include <QSqlQuery>
@@ -27,7 +26,6 @@ enum class Kind { YesNo, Boolean, Date, Integer, Real, Text };
 struct Column {
     QString name;
     Kind kind = Kind::Text;
-    QMetaType type;
 };
 
 Kind kindOf(const QString& name, const QSqlField& destination) {
@@ -183,25 +181,22 @@ class TableCopy {
 public:
     TableCopy(QSqlDatabase& destination, const QString& table, const std::vector<Column>& columns,
               ImportReport& report)
-        : m_db(destination), m_table(table), m_columns(columns), m_report(report) {
+        : m_db(destination), m_table(table), m_columns(columns), m_report(report),
+          m_server(destination.driverName() == QLatin1String("QPSQL")) {
         QStringList names;
         for (const Column& c : columns)
             names << c.name;
         m_head = QStringLiteral("INSERT INTO %1 (%2)%3 VALUES ")
                      .arg(table, names.join(QStringLiteral(", ")),
-                          destination.driverName() == QLatin1String("QPSQL")
-                              ? QStringLiteral(" OVERRIDING SYSTEM VALUE")
-                              : QString());
+                          m_server ? QStringLiteral(" OVERRIDING SYSTEM VALUE") : QString());
     }
 
     void add(const QString& key, const QVariantList& values) {
         QString tuple = QStringLiteral("(");
         for (size_t i = 0; i < m_columns.size(); ++i) {
-            QSqlField field(QString(), m_columns[i].type);
-            field.setValue(values[qsizetype(i)]);
             if (i > 0)
                 tuple += u',';
-            tuple += m_db.driver()->formatValue(field);
+            appendLiteral(tuple, values[qsizetype(i)]);
         }
         tuple += u')';
         m_pending.push_back({key, tuple});
@@ -234,6 +229,40 @@ public:
     }
 
 private:
+    // The value as SQL text, written here rather than by the driver: the
+    // copy spends most of its time on this. Text holding a backslash goes
+    // to a server as an escape string, which reads the same whatever the
+    // server's setting for backslashes in plain strings.
+    void appendLiteral(QString& out, const QVariant& v) const {
+        if (v.isNull()) {
+            out += QLatin1String("NULL");
+            return;
+        }
+        switch (v.typeId()) {
+        case QMetaType::Bool:
+            out += v.toBool() ? QLatin1String("TRUE") : QLatin1String("FALSE");
+            return;
+        case QMetaType::Int:
+        case QMetaType::LongLong:
+            out += QString::number(v.toLongLong());
+            return;
+        case QMetaType::Double:
+            out += QString::number(v.toDouble(), 'g', QLocale::FloatingPointShortest);
+            return;
+        default:
+            break;
+        }
+        QString text = v.toString();
+        if (m_server && text.contains(u'\\')) {
+            text.replace(u'\\', QStringLiteral("\\\\"));
+            out += u'E';
+        }
+        text.replace(u'\'', QStringLiteral("''"));
+        out += u'\'';
+        out += text;
+        out += u'\'';
+    }
+
     // Runs a statement so that its failure undoes only itself.
     bool runGuarded(const QString& sql, QString* error = nullptr) {
         QSqlQuery query(m_db);
@@ -255,6 +284,7 @@ private:
     QString m_table;
     const std::vector<Column>& m_columns;
     ImportReport& m_report;
+    bool m_server = false;
     QString m_head;
     std::vector<std::pair<QString, QString>> m_pending; // key, "(values)"
     int m_copied = 0;
@@ -296,23 +326,6 @@ QSqlRecord recordOf(QSqlDatabase& db, const QString& table) {
     return record.isEmpty() ? db.record(table.toLower()) : record;
 }
 
-QMetaType storedType(Kind kind) {
-    switch (kind) {
-    case Kind::YesNo:
-        return QMetaType(QMetaType::Int);
-    case Kind::Boolean:
-        return QMetaType(QMetaType::Bool);
-    case Kind::Integer:
-        return QMetaType(QMetaType::LongLong);
-    case Kind::Real:
-        return QMetaType(QMetaType::Double);
-    case Kind::Date:
-    case Kind::Text:
-        break;
-    }
-    return QMetaType(QMetaType::QString);
-}
-
 DatabaseLocation parseLocation(const QString& text, const char* role) {
     QString error;
     const auto location = DatabaseLocation::parse(text, &error);
@@ -334,7 +347,7 @@ std::vector<Column> columnsToCopy(const QString& table, const QSqlRecord& source
             continue;
         }
         const Kind kind = kindOf(name, destination.field(name));
-        columns.push_back({name, kind, storedType(kind)});
+        columns.push_back({name, kind});
     }
     for (int i = 0; i < source.count(); ++i) {
         if (!schema.contains(source.fieldName(i), Qt::CaseInsensitive))

@@ -150,6 +150,15 @@ TEST_F(ImportCommandTest, RoundTripThroughTheServerKeepsEveryTableAndTheSource) 
     QM_REQUIRE_POSTGRES(server);
     const QString original = env.path(QStringLiteral("a/Data.qmd"));
     SamplePractice::write(original, sample(25));
+    {
+        // Text that a literal could get wrong on its way to the server.
+        Connection db(original);
+        QSqlQuery q(db.db());
+        ASSERT_TRUE(q.prepare(QStringLiteral("INSERT INTO ContactsNotes (ContactNum, Notes) "
+                                             "VALUES (99999, ?)")));
+        q.addBindValue(QStringLiteral("C:\\new\\table 'x' \\' \\\\ E'y'\nline two\r\n\u00e9\t$$"));
+        ASSERT_TRUE(q.exec()) << q.lastError().text().toStdString();
+    }
     const QByteArray before = digest(original);
     QString error;
     const auto uri = server->createDatabase(QStringLiteral("roundtrip"), &error);
