@@ -334,6 +334,21 @@ TEST_F(ImportCommandTest, BadLocationsAreNamedAndNothingIsMade) {
         EXPECT_FALSE(r.err.contains(QStringLiteral("secret"))) << text(r);
     }
     EXPECT_TRUE(filesIn(QStringLiteral("copy")).isEmpty());
+
+    QM_REQUIRE_POSTGRES(server);
+    QString error;
+    const auto empty = server->createDatabase(QStringLiteral("nothing"), &error);
+    ASSERT_TRUE(empty) << error.toStdString();
+    const CommandRun fromEmpty = run(runImportCommand, {*empty, target});
+    EXPECT_EQ(fromEmpty.status, 1) << text(fromEmpty);
+    EXPECT_TRUE(fromEmpty.err.contains(QStringLiteral("is not a client database")))
+        << text(fromEmpty);
+    const CommandRun noDatabase =
+        run(runImportCommand, {source, server->uri(QStringLiteral("no_such_database"))});
+    EXPECT_EQ(noDatabase.status, 1) << text(noDatabase);
+    EXPECT_TRUE(noDatabase.err.contains(QStringLiteral("There is no database no_such_database")))
+        << text(noDatabase);
+    EXPECT_TRUE(filesIn(QStringLiteral("copy")).isEmpty());
 }
 
 TEST(SampleDbCommandTest, WritesTheSampleOntoAnEmptyServerDatabaseOnce) {

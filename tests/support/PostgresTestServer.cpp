@@ -31,6 +31,10 @@ QString& sharedFailure() {
     static QString failure;
     return failure;
 }
+bool& sharedMissing() {
+    static bool missing = false;
+    return missing;
+}
 
 // The folder holding initdb and pg_ctl: PATH first, then the newest of
 // Debian's versioned folders.
@@ -88,7 +92,7 @@ PostgresTestServer* PostgresTestServer::shared(QString* whyNot) {
     if (!server && sharedFailure().isEmpty()) {
         std::unique_ptr<PostgresTestServer> candidate(new PostgresTestServer);
         QString error;
-        if (candidate->start(&error))
+        if (candidate->start(&error, &sharedMissing()))
             server = std::move(candidate);
         else
             sharedFailure() = QStringLiteral("No PostgreSQL test server: %1").arg(error);
@@ -96,6 +100,10 @@ PostgresTestServer* PostgresTestServer::shared(QString* whyNot) {
     if (!server && whyNot)
         *whyNot = sharedFailure();
     return server.get();
+}
+
+bool PostgresTestServer::isMissing() {
+    return sharedMissing();
 }
 
 void PostgresTestServer::stopShared() {
@@ -152,8 +160,9 @@ bool PostgresTestServer::run(const QString& program, const QStringList& argument
     return true;
 }
 
-bool PostgresTestServer::start(QString* error) {
+bool PostgresTestServer::start(QString* error, bool* missing) {
     const auto bin = serverPrograms();
+    *missing = true;
     if (!bin) {
         *error = QStringLiteral("initdb and pg_ctl were found neither on PATH nor under "
                                 "/usr/lib/postgresql/*/bin (install the postgresql package)");
@@ -164,13 +173,19 @@ bool PostgresTestServer::start(QString* error) {
         *error = QStringLiteral("Qt's QPSQL driver is missing (install libqt6sql6-psql)");
         return false;
     }
-    // A short folder name: the socket's path must fit in 107 bytes.
-    m_dir = std::make_unique<QTemporaryDir>(QDir::tempPath() + QStringLiteral("/qmpg-XXXXXX"));
+    *missing = false;
+    const bool root = ::geteuid() == 0;
+    // A short folder name: the socket's path must fit in 107 bytes. The
+    // unprivileged user must be able to reach it.
+    const QString base = root && !QFileInfo(QDir::tempPath()).permission(QFile::ExeOther)
+                             ? QStringLiteral("/tmp")
+                             : QDir::tempPath();
+    m_dir = std::make_unique<QTemporaryDir>(base + QStringLiteral("/qmpg-XXXXXX"));
     if (!m_dir->isValid()) {
         *error = QStringLiteral("cannot create a temporary folder: %1").arg(m_dir->errorString());
         return false;
     }
-    if (::geteuid() == 0) {
+    if (root) {
         // The server will not run as root; the folder becomes the user's.
         const passwd* account = ::getpwnam(kUnprivilegedUser.toLocal8Bit().constData());
         if (!account) {

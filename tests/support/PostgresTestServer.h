@@ -26,6 +26,10 @@ public:
     // it cannot run here (no server programs, initdb or start-up failed),
     // with the reason in `whyNot`; a failed start is not tried again.
     static PostgresTestServer* shared(QString* whyNot);
+    // Whether the last failure of shared() is that this machine lacks the
+    // server programs or the Qt driver, rather than a server that would not
+    // start: tests skip for the first and fail for the second.
+    static bool isMissing();
     // Stops the shared server and removes its folder; the tests' main()
     // calls it while the application object still exists.
     static void stopShared();
@@ -47,7 +51,7 @@ public:
 
 private:
     PostgresTestServer() = default;
-    bool start(QString* error);
+    bool start(QString* error, bool* missing);
     void stop();
     // Runs a server program (as the unprivileged user when root); false
     // with its output in `error` when it fails.
@@ -63,10 +67,13 @@ private:
     QString m_adminConnection;
 };
 
-// Declares `server` for the rest of the test, or skips the test with the
-// reason the server cannot run here.
+// Declares `server` for the rest of the test; without one, skips the test
+// where the server programs are missing and fails it where they are there
+// but the server would not start, giving the reason either way.
 #define QM_REQUIRE_POSTGRES(server)                                                                \
     QString server##WhyNot;                                                                        \
     PostgresTestServer* server = PostgresTestServer::shared(&server##WhyNot);                      \
+    if (!server && PostgresTestServer::isMissing())                                                \
+        GTEST_SKIP() << server##WhyNot.toStdString();                                              \
     if (!server)                                                                                   \
-    GTEST_SKIP() << server##WhyNot.toStdString()
+    GTEST_FAIL() << server##WhyNot.toStdString()
