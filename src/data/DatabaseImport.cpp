@@ -13,6 +13,7 @@
 #include <QSqlField>
 #include <QSqlQuery>
 #include <QSqlRecord>
+#include <algorithm>
 #include <cmath>
 #include <optional>
 
@@ -412,14 +413,18 @@ ImportReport DatabaseImport::run(const QString& source, const QString& destinati
             throw QmError(QmError::DatabaseError,
                           QStringLiteral("Cannot read %1 from the source: %2")
                               .arg(table, read.lastError().text()));
+        // A refused row is named by the table's key, or its first column.
+        const qsizetype keyColumn =
+            std::max<qsizetype>(0, names.indexOf(ClientDatabaseSchema::primaryKey(table)));
         TableCopy copy(output.db(), table, columns, report);
         qint64 rowNumber = 0;
         while (read.next()) {
             ++rowNumber;
-            const QVariant first = read.value(0);
-            const QString key = first.isNull() ? QStringLiteral("row %1").arg(rowNumber)
-                                               : QStringLiteral("%1 %2").arg(columns.front().name,
-                                                                             first.toString());
+            const QVariant keyValue = read.value(int(keyColumn));
+            const QString key =
+                keyValue.isNull()
+                    ? QStringLiteral("row %1").arg(rowNumber)
+                    : QStringLiteral("%1 %2").arg(names[keyColumn], keyValue.toString());
             QVariantList values;
             values.reserve(qsizetype(columns.size()));
             QString reason;
