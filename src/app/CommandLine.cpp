@@ -26,9 +26,13 @@ const std::vector<CommandEntry>& headlessCommands() {
         {"print", "print DOC [--printer NAME] [--pages RANGE] [--copies N]", runPrintCommand},
         {"convert", "convert IN OUT", runConvertCommand},
         {"spell", "spell FILE [--tolerance N] [--folder DIR]", runSpellCommand},
-        {"sample-db", "sample-db PATH [--clients N] [--seed S] [--date YYYY-MM-DD]",
+        {"sample-db", "sample-db PATH|URI [--clients N] [--seed S] [--date YYYY-MM-DD]",
          runSampleDbCommand},
         {"install-sample", "install-sample", runInstallSampleCommand},
+        {"import",
+         "import SOURCE DEST (each a file or postgresql:// URI; DEST new or empty; exit "
+         "status 3: some rows refused)",
+         runImportCommand},
         {"tree",
          "tree --database DB [--mode "
          "companies|contacts|company-contacts|personal|firm|categories|all]",

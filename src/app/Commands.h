@@ -5,6 +5,7 @@
 // One handler per subcommand, each in its own source file of app/.
 int runVersionCommand(const QStringList& args, CommandIO& io);
 int runSpellCommand(const QStringList& args, CommandIO& io);
+int runImportCommand(const QStringList& args, CommandIO& io);
 int runSampleDbCommand(const QStringList& args, CommandIO& io);
 int runInstallSampleCommand(const QStringList& args, CommandIO& io);
 int runTextCommand(const QStringList& args, CommandIO& io);

@@ -8,8 +8,8 @@
 #include "platform/fileControl.h"
 
 #include <QDir>
-#include <QFile>
 #include <QElapsedTimer>
+#include <QFile>
 
 namespace {
 
@@ -75,8 +75,8 @@ int runSampleDbCommand(const QStringList& args, CommandIO& io) {
         }
     }
     if (bad) {
-        io.err
-            << "Usage: quillmere-pad sample-db PATH [--clients N] [--seed S] [--date YYYY-MM-DD]\n";
+        io.err << "Usage: quillmere-pad sample-db PATH|URI [--clients N] [--seed S] [--date "
+                  "YYYY-MM-DD]\n";
         return 2;
     }
     try {

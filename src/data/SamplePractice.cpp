@@ -4,13 +4,9 @@
 
 #include "data/SamplePractice.h"
 
-#include "data/ClientDatabaseSchema.h"
+#include "data/DatabaseLocation.h"
+#include "data/NewClientDatabase.h"
 #include "data/SamplePracticeBuilder.h"
-
-#include <QAtomicInt>
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 
 namespace SamplePracticeDetail {
 
@@ -258,61 +254,24 @@ SamplePracticeSummary Builder::build() {
 
 using SamplePracticeDetail::Builder;
 
-SamplePracticeSummary SamplePractice::write(const QString& path,
+SamplePracticeSummary SamplePractice::write(const QString& location,
                                             const SamplePracticeOptions& options) {
-    if (QFileInfo::exists(path))
-        throw QmError(QmError::FileAlreadyOpen,
-                      QStringLiteral("The file already exists: %1").arg(path));
     if (options.clients < 0)
         throw QmError(QmError::InvalidPropertyValue,
                       QStringLiteral("The number of clients cannot be negative."));
-    const QFileInfo target(path);
-    if (!QDir().mkpath(target.absolutePath()))
-        throw QmError(QmError::PathNotFound,
-                      QStringLiteral("Cannot create the folder of %1").arg(path));
-    static QAtomicInt counter;
-    const QString temporary =
-        target.absolutePath() +
-        QStringLiteral("/.%1.%2.tmp").arg(target.fileName()).arg(counter.fetchAndAddRelaxed(1));
-    QFile::remove(temporary);
-    const QString connection = QStringLiteral("qm_sample_%1").arg(counter.fetchAndAddRelaxed(1));
-    SamplePracticeSummary summary;
     QString error;
+    const auto where = DatabaseLocation::parse(location, &error);
+    if (!where)
+        throw QmError(QmError::InvalidPropertyValue, error);
+    NewClientDatabase target(*where, QStringLiteral("the sample practice"));
+    SamplePracticeOptions o = options;
+    if (!o.referenceDate.isValid())
+        o.referenceDate = QDate(2024, 6, 1);
+    SamplePracticeSummary summary;
     {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection);
-        db.setDatabaseName(temporary);
-        if (!db.open()) {
-            error = db.lastError().text();
-        } else {
-            try {
-                QSqlQuery(db).exec(QStringLiteral("PRAGMA journal_mode=OFF"));
-                QSqlQuery(db).exec(QStringLiteral("PRAGMA synchronous=OFF"));
-                ClientDatabaseSchema::create(db);
-                if (!db.transaction())
-                    throw QmError(QmError::DatabaseError, db.lastError().text());
-                SamplePracticeOptions o = options;
-                if (!o.referenceDate.isValid())
-                    o.referenceDate = QDate(2024, 6, 1);
-                {
-                    Builder builder(db, o);
-                    summary = builder.build();
-                }
-                if (!db.commit())
-                    throw QmError(QmError::DatabaseError, db.lastError().text());
-                QSqlQuery(db).exec(QStringLiteral("PRAGMA journal_mode=DELETE"));
-            } catch (const QmError& e) {
-                error = e.description();
-                db.rollback();
-            }
-            db.close();
-        }
+        Builder builder(target.db(), o);
+        summary = builder.build();
     }
-    QSqlDatabase::removeDatabase(connection);
-    if (error.isEmpty() && !QFile::rename(temporary, path))
-        error = QStringLiteral("Cannot move the new database into place: %1").arg(path);
-    if (!error.isEmpty()) {
-        QFile::remove(temporary);
-        throw QmError(QmError::DatabaseError, error);
-    }
+    target.commit();
     return summary;
 }

@@ -26,8 +26,10 @@ struct SamplePracticeSummary {
 
 class SamplePractice {
 public:
-    // Writes a new database at path. Refuses an existing file; writes to a
-    // temporary file in the same folder and renames it into place, so that
-    // a failure leaves nothing behind. Throws QmError on failure.
-    static SamplePracticeSummary write(const QString& path, const SamplePracticeOptions& options);
+    // Writes a new database at the location, a path or a server URI (see
+    // DatabaseLocation). Refuses an existing file or a server database that
+    // already has client tables; a failure leaves nothing behind (see
+    // NewClientDatabase). Throws QmError on failure.
+    static SamplePracticeSummary write(const QString& location,
+                                       const SamplePracticeOptions& options);
 };

@@ -108,6 +108,7 @@ TEST_F(WriteBatchTest, NestedBatchesCommitOnlyWhenTheOutermostEnds) {
 // host's write waits for only until the next commit; a batch that only
 // reads without holding leaves the host free.
 TEST_F(WriteBatchTest, HeldReadsKeepTheHostWaitingOnlyUntilTheCommit) {
+    QM_SQLITE_FILE_ONLY();
     hostExec(QStringLiteral("PRAGMA busy_timeout = 0"));
     ASSERT_EQ(hostValue(QStringLiteral("PRAGMA journal_mode")).toString(),
               QStringLiteral("delete"));

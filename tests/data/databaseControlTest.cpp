@@ -569,6 +569,7 @@ class BadDatabaseFileTest : public ClientDbFixture,
                             public ::testing::WithParamInterface<BadFileCase> {};
 
 TEST_P(BadDatabaseFileTest, DoesNotConnect) {
+    QM_SQLITE_FILE_ONLY();
     const QString bad = m_env.path(QStringLiteral("bad/Data.qmd"));
     m_db.reset(); // checkpoint and release the good file
     GetParam().make(bad, m_path);
@@ -624,6 +625,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 // Another process writes the file while this one reads it.
 TEST_F(DatabaseControlTest, ReadsWhileAnotherProcessWrites) {
+    QM_SQLITE_FILE_ONLY();
     m_db->disconnect();
     m_db->connect();
     ASSERT_TRUE(m_db->isConnected());
@@ -742,6 +744,7 @@ void readLikeAMerge(databaseControl& db) {
 } // namespace
 
 TEST_F(DatabaseControlTest, JournalModeStaysAsThePracticeSetIt) {
+    QM_SQLITE_FILE_ONLY();
     // The two modes the file itself records; the others last a connection.
     for (const char* mode : {"delete", "wal", "delete"}) {
         m_db->disconnect();
@@ -805,6 +808,7 @@ TEST_F(DatabaseControlTest, ReadOnlyConnectionReadsAndRefusesEveryWrite) {
 // permissions say, and still serves a merge: in the rollback journal as in
 // WAL, where the engine cannot make its lock files beside the file.
 TEST_F(DatabaseControlTest, FileOnAReadOnlyMediumOpensReadOnly) {
+    QM_SQLITE_FILE_ONLY();
     if (geteuid() != 0)
         GTEST_SKIP() << "needs root to mount a read-only file system";
     auto run = [](const QStringList& arguments) {

@@ -1,5 +1,6 @@
-#include <QGuiApplication>
+#include "support/PostgresTestServer.h"
 
+#include <QGuiApplication>
 #include <gtest/gtest.h>
 
 // Text layout and fonts need a GUI application; no screen is used.
@@ -9,5 +10,7 @@ int main(int argc, char** argv) {
     }
     QGuiApplication application(argc, argv);
     ::testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
+    const int result = RUN_ALL_TESTS();
+    PostgresTestServer::stopShared();
+    return result;
 }

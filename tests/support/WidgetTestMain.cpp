@@ -1,5 +1,6 @@
-#include <QApplication>
+#include "support/PostgresTestServer.h"
 
+#include <QApplication>
 #include <gtest/gtest.h>
 
 // Window tests need a widget application; the offscreen platform stands in
@@ -13,5 +14,7 @@ int main(int argc, char** argv) {
     QApplication::setStyle(QStringLiteral("Fusion"));
     QApplication application(argc, argv);
     ::testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
+    const int result = RUN_ALL_TESTS();
+    PostgresTestServer::stopShared();
+    return result;
 }
