@@ -2,8 +2,8 @@
 
 #include "app/ApplicationServices.h"
 #include "app/clsDocMerge.h"
-#include "data/DatabaseLocation.h"
 #include "context/AppContext.h"
+#include "data/DatabaseLocation.h"
 #include "data/clsUniqueID.h"
 #include "data/databaseControl.h"
 #include "data/modDatabaseConnection.h"
@@ -84,12 +84,11 @@ void Application::startApplication(bool /*createFirstDocument*/, clsDocMerge* au
         if (automationObject) {
             // A wrong path leaves the location empty; step 13 then falls
             // back on the settings file as a stand-alone start does.
-            ctx.databaseLocation = DatabaseLocation::looksLikeUri(
-                                       automationObject->DatabaseLocation()) ||
-                                           fileControl::FileExists(
-                                               automationObject->DatabaseLocation())
-                                       ? automationObject->DatabaseLocation()
-                                       : QString();
+            ctx.databaseLocation =
+                DatabaseLocation::looksLikeUri(automationObject->DatabaseLocation()) ||
+                        fileControl::FileExists(automationObject->DatabaseLocation())
+                    ? automationObject->DatabaseLocation()
+                    : QString();
         }
     }
     // 3. These lookups stand before the error object and the database

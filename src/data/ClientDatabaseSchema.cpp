@@ -3,11 +3,11 @@
 #include "data/ClientDatabaseSchemaText.h"
 #include "platform/errorClass.h"
 
-#include <QRegularExpression>
 #include <QHash>
+#include <QRegularExpression>
 #include <QSet>
-#include <QSqlDriver>
 #include <QSqlDatabase>
+#include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <map>
@@ -19,6 +19,7 @@ struct ParsedSchema {
     std::map<QString, QStringList> columns; // upper-case table -> columns
     QSet<QString> yesNo;                    // upper-case column names
     QSet<QString> dates;
+    QSet<QString> numbers;
     QHash<QString, QString> keys;      // upper-case table -> key column
     QHash<QString, QString> canonical; // upper-case column -> its spelling
     QStringList statements;
@@ -39,7 +40,7 @@ const ParsedSchema& parsed() {
         }
         static const QRegularExpression tableRe(
             QStringLiteral("CREATE TABLE (\\w+) \\(([^;]*)\\)"));
-        static const QRegularExpression columnRe(QStringLiteral("^\\s*(\\w+)\\s+\\w+"));
+        static const QRegularExpression columnRe(QStringLiteral("^\\s*(\\w+)\\s+(\\w+)"));
         for (const QString& statement : std::as_const(s.statements)) {
             const auto m = tableRe.match(statement);
             if (!m.hasMatch())
@@ -53,6 +54,8 @@ const ParsedSchema& parsed() {
                     continue;
                 cols << c.captured(1);
                 s.canonical.insert(c.captured(1).toUpper(), c.captured(1));
+                if (c.captured(2).compare(u"TEXT", Qt::CaseInsensitive) != 0)
+                    s.numbers.insert(c.captured(1).toUpper());
                 if (line.contains(QStringLiteral("INTEGER PRIMARY KEY")))
                     s.keys.insert(table.toUpper(), c.captured(1));
                 if (line.contains(QStringLiteral("/*yes-no*/")))
@@ -88,6 +91,10 @@ bool ClientDatabaseSchema::isYesNoColumn(const QString& column) {
 
 bool ClientDatabaseSchema::isDateColumn(const QString& column) {
     return parsed().dates.contains(column.toUpper());
+}
+
+bool ClientDatabaseSchema::isNumberColumn(const QString& column) {
+    return parsed().numbers.contains(column.toUpper());
 }
 
 QString ClientDatabaseSchema::primaryKey(const QString& table) {

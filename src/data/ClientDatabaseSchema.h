@@ -19,6 +19,9 @@ QStringList columnNames(const QString& table);
 // and name columns without their table). Case-insensitive.
 bool isYesNoColumn(const QString& column);
 bool isDateColumn(const QString& column);
+// A column declared as a number (or Yes/No) in the schema; text collations
+// do not apply to it. A name the schema lacks is not one.
+bool isNumberColumn(const QString& column);
 
 // The table's own key column (declared INTEGER PRIMARY KEY), or empty for a
 // table without one.

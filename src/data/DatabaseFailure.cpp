@@ -48,8 +48,7 @@ QString DatabaseFailure::serverReason(const QString& sqlState, const QString& se
         QStringLiteral("(relation|column) \"([^\"]+)\" does not exist"));
     if (const auto m = missing.match(serverText); m.hasMatch())
         return QStringLiteral("The database has no %1 %2")
-            .arg(m.captured(1) == u"relation" ? QStringLiteral("table")
-                                               : QStringLiteral("column"),
+            .arg(m.captured(1) == u"relation" ? QStringLiteral("table") : QStringLiteral("column"),
                  m.captured(2));
     if (isConnectionLost(sqlState, serverText))
         return QStringLiteral("The connection to the database server was lost");

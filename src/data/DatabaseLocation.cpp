@@ -12,14 +12,19 @@ namespace {
 // The client library's connection keywords that make sense in a shared
 // setting. "password" is left out on purpose.
 const QStringList& knownOptions() {
-    static const QStringList options = {
-        QStringLiteral("application_name"), QStringLiteral("connect_timeout"),
-        QStringLiteral("gssencmode"),       QStringLiteral("keepalives"),
-        QStringLiteral("keepalives_idle"),  QStringLiteral("options"),
-        QStringLiteral("passfile"),         QStringLiteral("service"),
-        QStringLiteral("sslcert"),          QStringLiteral("sslkey"),
-        QStringLiteral("sslmode"),          QStringLiteral("sslrootcert"),
-        QStringLiteral("target_session_attrs")};
+    static const QStringList options = {QStringLiteral("application_name"),
+                                        QStringLiteral("connect_timeout"),
+                                        QStringLiteral("gssencmode"),
+                                        QStringLiteral("keepalives"),
+                                        QStringLiteral("keepalives_idle"),
+                                        QStringLiteral("options"),
+                                        QStringLiteral("passfile"),
+                                        QStringLiteral("service"),
+                                        QStringLiteral("sslcert"),
+                                        QStringLiteral("sslkey"),
+                                        QStringLiteral("sslmode"),
+                                        QStringLiteral("sslrootcert"),
+                                        QStringLiteral("target_session_attrs")};
     return options;
 }
 
@@ -40,8 +45,8 @@ QString serverWords(const QSqlError& sqlError) {
 }
 
 QString where(const DatabaseLocation& location) {
-    const QString host = location.host.isEmpty() ? QStringLiteral("the local socket")
-                                                 : location.host;
+    const QString host =
+        location.host.isEmpty() ? QStringLiteral("the local socket") : location.host;
     return location.port > 0 ? QStringLiteral("%1 port %2").arg(host).arg(location.port) : host;
 }
 
@@ -52,9 +57,8 @@ QString describeOpenFailure(const DatabaseLocation& location, const QSqlError& s
         lower.contains(u"no password supplied") || lower.contains(u"password"))
         return QStringLiteral("The database server at %1 refused the password of user %2; give "
                               "the password in a .pgpass file, never in the settings (%3)")
-            .arg(where(location), location.user.isEmpty() ? QStringLiteral("(default)")
-                                                          : location.user,
-                 words);
+            .arg(where(location),
+                 location.user.isEmpty() ? QStringLiteral("(default)") : location.user, words);
     if (lower.contains(u"database") && lower.contains(u"does not exist"))
         return QStringLiteral("There is no database %1 on the server at %2 (%3)")
             .arg(location.database, where(location), words);
@@ -184,11 +188,11 @@ QString DatabaseLocation::driverName() const {
 bool DatabaseLocation::open(QSqlDatabase& db, const QString& connectionName, QString* error,
                             bool readOnly) const {
     if (!QSqlDatabase::isDriverAvailable(driverName()))
-        return fail(error, QStringLiteral("This installation cannot reach a %1 database: the "
-                                          "Qt driver %2 is not installed")
-                               .arg(isServer() ? QStringLiteral("PostgreSQL")
-                                               : QStringLiteral("SQLite"),
-                                    driverName()));
+        return fail(error,
+                    QStringLiteral("This installation cannot reach a %1 database: the "
+                                   "Qt driver %2 is not installed")
+                        .arg(isServer() ? QStringLiteral("PostgreSQL") : QStringLiteral("SQLite"),
+                             driverName()));
     db = QSqlDatabase::addDatabase(driverName(), connectionName);
     if (!isServer()) {
         db.setDatabaseName(path);
@@ -220,8 +224,8 @@ bool DatabaseLocation::open(QSqlDatabase& db, const QString& connectionName, QSt
          !setup.exec(QStringLiteral("SET SESSION CHARACTERISTICS AS TRANSACTION READ ONLY")))) {
         const QString words = serverWords(setup.lastError());
         db.close();
-        return fail(error, QStringLiteral("The database at %1 cannot be set up: %2")
-                               .arg(display(), words));
+        return fail(
+            error, QStringLiteral("The database at %1 cannot be set up: %2").arg(display(), words));
     }
     return true;
 }

@@ -1,8 +1,10 @@
 #include "data/JetSqlTranslator.h"
 
+#include "data/ClientDatabaseSchema.h"
 #include "platform/errorClass.h"
 
 #include <QRegularExpression>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -348,12 +350,32 @@ TranslatedSql JetSqlTranslator::translate(const QString& jetSql,
     int orderByDepth = 0;
     bool itemHasContent = false;
     bool itemIsOrdinal = false;
+    QString itemText;
+    // The embedded engine sorts Nulls first going up and last going down;
+    // the server the other way round, unless told.
+    bool nullsAfterDirection = false;
+    // The server refuses a text collation on a number column, where the
+    // embedded engine ignores it.
+    auto isNumberItem = [&](const QString& item) {
+        static const QRegularExpression column(QStringLiteral("^(?:\\w+\\.)?(\\w+)$"));
+        const auto m = column.match(item);
+        return m.hasMatch() && ClientDatabaseSchema::isNumberColumn(m.captured(1));
+    };
     auto closeOrderItem = [&](bool beforeDirection) {
-        Q_UNUSED(beforeDirection);
-        if (itemHasContent && !itemIsOrdinal) {
+        const QString item = std::exchange(itemText, QString());
+        if (itemHasContent && !itemIsOrdinal && !(server && isNumberItem(item))) {
             while (out.endsWith(u' '))
                 out.chop(1);
             out += QStringLiteral(" COLLATE NOCASE");
+        }
+        if (server && itemHasContent) {
+            if (beforeDirection) {
+                nullsAfterDirection = true;
+            } else {
+                while (out.endsWith(u' '))
+                    out.chop(1);
+                out += QStringLiteral(" NULLS FIRST");
+            }
         }
         itemHasContent = false;
         itemIsOrdinal = false;
@@ -363,6 +385,15 @@ TranslatedSql JetSqlTranslator::translate(const QString& jetSql,
         const Token& t = tokens[k];
         const qsizetype prev = previousSignificant(tokens, qsizetype(k));
         const Token* before = prev >= 0 ? &tokens[size_t(prev)] : nullptr;
+        // Whether a text compared here meets a number column, as in
+        // "CompanyID = '12'": the server compares it as a number.
+        auto comparedWithNumberColumn = [&] {
+            if (!server || !before || !isComparison(*before))
+                return false;
+            const qsizetype left = previousSignificant(tokens, prev);
+            return left >= 0 && tokens[size_t(left)].kind == Kind::Word &&
+                   ClientDatabaseSchema::isNumberColumn(tokens[size_t(left)].text);
+        };
 
         if (inOrderBy) {
             const bool ends = (t.kind == Kind::Punct &&
@@ -379,6 +410,7 @@ TranslatedSql JetSqlTranslator::translate(const QString& jetSql,
                 closeOrderItem(true);
                 out += u' ';
             } else if (t.kind != Kind::Space) {
+                itemText += t.text;
                 if (!itemHasContent)
                     itemIsOrdinal = t.kind == Kind::Number;
                 else
@@ -402,9 +434,10 @@ TranslatedSql JetSqlTranslator::translate(const QString& jetSql,
                 // A parameter of the caller: its slot is filled when bound.
                 const size_t n = result.placeholders.size();
                 result.placeholders.push_back(int(result.parameters.size()));
+                result.numberPlaceholders.push_back(comparedWithNumberColumn());
                 result.parameters << QVariant();
                 if (n < textPlaceholders.size() && textPlaceholders[n] && before &&
-                    isComparison(*before)) {
+                    isComparison(*before) && !comparedWithNumberColumn()) {
                     out += QStringLiteral("? COLLATE NOCASE");
                     break;
                 }
@@ -428,7 +461,7 @@ TranslatedSql JetSqlTranslator::translate(const QString& jetSql,
             } else {
                 result.parameters << t.text;
             }
-            if (before && isComparison(*before))
+            if (before && isComparison(*before) && !comparedWithNumberColumn())
                 out += QStringLiteral(" COLLATE NOCASE");
             break;
         }
@@ -489,6 +522,11 @@ TranslatedSql JetSqlTranslator::translate(const QString& jetSql,
                        comparedWithTimeOnly(tokens, k + 2)) {
                 appendTimeColumn(out, result.parameters, t.text + u'.' + tokens[k + 2].text);
                 k += 2;
+            } else if (nullsAfterDirection && (isWord(t, "ASC") || isWord(t, "DESC"))) {
+                nullsAfterDirection = false;
+                out += t.text;
+                out += isWord(t, "ASC") ? QStringLiteral(" NULLS FIRST")
+                                        : QStringLiteral(" NULLS LAST");
             } else if (server && isWord(t, "LIKE")) {
                 out += QStringLiteral("ILIKE");
             } else {

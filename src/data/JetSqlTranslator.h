@@ -39,6 +39,9 @@ struct TranslatedSql {
     QString sql;
     QVariantList parameters;
     std::vector<int> placeholders;
+    // On the server: whether the i-th "?" is compared with a number column,
+    // where a text that is not a number can never match.
+    std::vector<bool> numberPlaceholders;
 };
 
 class JetSqlTranslator {

@@ -105,6 +105,20 @@ QString physicalAddress(qint64 key) {
 
 const char* const PhysicalRowKey = "ctid";
 
+// The server's answer to a prepared statement whose tables another
+// workstation changed (a column added) since it was prepared.
+bool planChanged(const QSqlError& error) {
+    return error.nativeErrorCode() == QLatin1String("0A000") &&
+           error.databaseText().contains(QLatin1String("cached plan"));
+}
+
+// Statements the server runs but will not prepare.
+bool isTransactionControl(const QString& sql) {
+    return sql.startsWith(QLatin1String("SAVEPOINT ")) ||
+           sql.startsWith(QLatin1String("RELEASE ")) ||
+           sql.startsWith(QLatin1String("ROLLBACK TO "));
+}
+
 bool isTextArgument(const QVariant& value) {
     switch (value.typeId()) {
     case QMetaType::Int:
@@ -134,18 +148,37 @@ public:
         std::shared_ptr<const QHash<QString, int>> lookup;
     };
 
-    explicit StatementCache(QSqlDatabase db) : m_db(std::move(db)) {}
+    StatementCache(QSqlDatabase db, bool server) : m_db(std::move(db)), m_server(server) {}
 
     Entry& get(const QString& sql) {
         QSqlError error;
         if (Entry* entry = find(sql, error)) {
             return *entry;
         }
-        throw QmError(
-            QmError::DatabaseError,
-            QStringLiteral("%1: %2 [%3]")
-                .arg(DatabaseFailure::reason(error.nativeErrorCode().toInt(), error.databaseText()),
-                     error.text(), sql));
+        QString reason;
+        if (m_server) {
+            reason = DatabaseFailure::serverReason(error.nativeErrorCode(), error.databaseText());
+            // The server folds names to lower case; say the name as written.
+            static const QRegularExpression name(QStringLiteral("(table|column) (\\S+)$"));
+            if (const auto m = name.match(reason); m.hasMatch()) {
+                const QRegularExpression asWritten(
+                    QStringLiteral("\\b%1\\b").arg(QRegularExpression::escape(m.captured(2))),
+                    QRegularExpression::CaseInsensitiveOption);
+                if (const auto w = asWritten.match(sql); w.hasMatch())
+                    reason.replace(m.capturedStart(2), m.capturedLength(2), w.captured(0));
+            }
+        } else {
+            reason = DatabaseFailure::reason(error.nativeErrorCode().toInt(), error.databaseText());
+        }
+        throw QmError(QmError::DatabaseError,
+                      QStringLiteral("%1: %2 [%3]").arg(reason, error.text(), sql));
+    }
+
+    // Forgets every prepared statement: the server refuses to run one whose
+    // tables changed shape since it was prepared.
+    void clear() {
+        m_index.clear();
+        m_entries.clear();
     }
 
     // The same without throwing: null, with the engine's error, when the
@@ -174,6 +207,7 @@ public:
 private:
     static constexpr size_t Capacity = 48;
     QSqlDatabase m_db;
+    bool m_server = false;
     std::list<Entry> m_entries; // most recent first
     QHash<QString, std::list<Entry>::iterator> m_index;
 };
@@ -254,7 +288,7 @@ bool databaseControl::openConnection(bool immutable) {
             query.finish();
         }
         if (m_lastError.isEmpty()) {
-            m_statements = std::make_unique<StatementCache>(db);
+            m_statements = std::make_unique<StatementCache>(db, false);
             const QVariant handle = db.driver()->handle();
             if (handle.isValid() && qstrcmp(handle.typeName(), "sqlite3*") == 0)
                 m_lookups = std::make_unique<LookupStatements>(
@@ -302,17 +336,17 @@ bool databaseControl::openServerConnection() {
                     }
                 }
                 if (!lacking.isEmpty())
-                    error = QStringLiteral("The database %1 has an older schema than this "
-                                           "program; it lacks %2")
-                                .arg(location->display(), lacking.mid(0, 8).join(QStringLiteral(", ")) +
-                                                              (lacking.size() > 8
-                                                                   ? QStringLiteral(", ...")
-                                                                   : QString()));
+                    error =
+                        QStringLiteral("The database %1 has an older schema than this "
+                                       "program; it lacks %2")
+                            .arg(location->display(),
+                                 lacking.mid(0, 8).join(QStringLiteral(", ")) +
+                                     (lacking.size() > 8 ? QStringLiteral(", ...") : QString()));
             }
         }
         if (error.isEmpty()) {
             m_translations->setDialect(SqlDialect::Postgres);
-            m_statements = std::make_unique<StatementCache>(db);
+            m_statements = std::make_unique<StatementCache>(db, true);
             m_connected = true;
             return true;
         }
@@ -324,9 +358,8 @@ bool databaseControl::openServerConnection() {
 }
 
 bool databaseControl::reconnectIfLost(const QSqlError& error) {
-    if (!m_server ||
-        !DatabaseFailure::isConnectionLost(error.nativeErrorCode(), error.databaseText() + u' ' +
-                                                                        error.driverText()))
+    if (!m_server || !DatabaseFailure::isConnectionLost(
+                         error.nativeErrorCode(), error.databaseText() + u' ' + error.driverText()))
         return false;
     return reconnectAfterLoss();
 }
@@ -366,9 +399,7 @@ QString databaseControl::describeFailure(const QSqlError& error) const {
     if (m_server)
         return QStringLiteral("%1: %2 (%3)")
             .arg(DatabaseFailure::serverReason(error.nativeErrorCode(), error.databaseText()),
-                 DatabaseLocation::parse(m_path, nullptr)
-                     .value_or(DatabaseLocation{})
-                     .display(),
+                 DatabaseLocation::parse(m_path, nullptr).value_or(DatabaseLocation{}).display(),
                  error.text());
     return QStringLiteral("%1: %2 (%3)")
         .arg(DatabaseFailure::reason(error.nativeErrorCode().toInt(), error.databaseText()), m_path,
@@ -472,8 +503,9 @@ int databaseControl::openRecordset(const QString& sql, int /*cursorType*/, int l
         const QString keyText = key == QLatin1String(PhysicalRowKey)
                                     ? QStringLiteral("%1.ctid::text").arg(sqlName(rs->table))
                                     : QStringLiteral("%1.%2").arg(sqlName(rs->table), key);
-        translated.sql.insert(m.capturedStart(1),
-                              QStringLiteral("%1 AS %2, ").arg(keyText, QLatin1String(RowKeyAlias)));
+        translated.sql.insert(
+            m.capturedStart(1),
+            QStringLiteral("%1 AS %2, ").arg(keyText, QLatin1String(RowKeyAlias)));
     }
     // A statement prepared before the host changed a table must not run:
     // the driver crashes on a result wider than the one it prepared for.
@@ -510,6 +542,10 @@ int databaseControl::openRecordset(const QString& sql, int /*cursorType*/, int l
         query.finish();
         // A read outside a transaction is simply asked again on a new
         // connection; one inside a batch fails, since the batch went with it.
+        if (attempt == 0 && planChanged(failure)) {
+            m_statements->clear();
+            continue;
+        }
         const bool inBatch = m_batchOpen;
         if (attempt > 0 || !reconnectIfLost(failure) || inBatch)
             fail(QStringLiteral("%1 [%2]").arg(error, sql));
@@ -522,8 +558,8 @@ int databaseControl::openRecordset(const QString& sql, int /*cursorType*/, int l
         for (int i = first; i < record.count(); ++i) {
             const QSqlField field = record.field(i);
             RecordsetColumn column;
-            column.name = m_server ? ClientDatabaseSchema::canonicalColumnName(field.name())
-                                   : field.name();
+            column.name =
+                m_server ? ClientDatabaseSchema::canonicalColumnName(field.name()) : field.name();
             column.table = field.tableName();
             column.yesNo = field.metaType().id() == QMetaType::Bool ||
                            ClientDatabaseSchema::isYesNoColumn(column.name);
@@ -544,7 +580,7 @@ int databaseControl::openRecordset(const QString& sql, int /*cursorType*/, int l
         std::vector<QVariant> row;
         row.reserve(size_t(width - first));
         for (int i = first; i < width; ++i)
-            row.push_back(query.value(i));
+            row.push_back(m_server && query.isNull(i) ? QVariant() : query.value(i));
         rs->rows.push_back(std::move(row));
         if (rs->editable)
             rs->rowKeys.push_back(physical ? physicalKey(query.value(0).toString())
@@ -584,8 +620,18 @@ std::optional<QVariant> databaseControl::serverLookup(const QString& sql,
                  .arg(arguments.size())
                  .arg(sql));
     QVariantList values = translated.parameters;
-    for (size_t k = 0; k < translated.placeholders.size(); ++k)
-        values[translated.placeholders[k]] = arguments[qsizetype(k)];
+    for (size_t k = 0; k < translated.placeholders.size(); ++k) {
+        const QVariant& argument = arguments[qsizetype(k)];
+        // The server would refuse to compare it at all; the embedded engine
+        // finds no row, and so does this.
+        bool number = false;
+        if (translated.numberPlaceholders[k] && isTextArgument(argument)) {
+            argument.toString().trimmed().toDouble(&number);
+            if (!number)
+                return std::nullopt;
+        }
+        values[translated.placeholders[k]] = argument;
+    }
     for (int attempt = 0;; ++attempt) {
         StatementCache::Entry& entry = m_statements->get(translated.sql);
         QSqlQuery& query = entry.query;
@@ -595,6 +641,10 @@ std::optional<QVariant> databaseControl::serverLookup(const QString& sql,
             const QSqlError failure = query.lastError();
             const QString error = describeFailure(failure);
             query.finish();
+            if (attempt == 0 && planChanged(failure)) {
+                m_statements->clear();
+                continue;
+            }
             const bool inBatch = m_batchOpen;
             if (attempt > 0 || !reconnectIfLost(failure) || inBatch)
                 fail(QStringLiteral("%1 [%2]").arg(error, sql));
@@ -617,9 +667,13 @@ std::optional<QVariant> databaseControl::serverLookup(const QString& sql,
                 fail(QStringLiteral("The lookup has no column %1: %2").arg(column, sql));
             }
         }
-        QVariant value = query.value(at);
+        RecordsetColumn description;
+        description.name = ClientDatabaseSchema::canonicalColumnName(query.record().fieldName(at));
+        description.yesNo = ClientDatabaseSchema::isYesNoColumn(description.name);
+        description.date = ClientDatabaseSchema::isDateColumn(description.name);
+        const QVariant value = query.isNull(at) ? QVariant() : query.value(at);
         query.finish();
-        return value;
+        return Recordset::typedValue(description, value);
     }
 }
 
@@ -828,6 +882,19 @@ QVariant databaseControl::toStorage(const Recordset& rs, int column, const QVari
 
 bool databaseControl::execute(const QString& sql, const QVariantList& parameters,
                               qint64* insertedKey, QString* error) {
+    if (m_server && isTransactionControl(sql)) {
+        QSqlQuery control(QSqlDatabase::database(m_connectionName, false));
+        ++m_statementCount;
+        if (control.exec(sql))
+            return true;
+        const QSqlError failure = control.lastError();
+        if (error)
+            *error = describeFailure(failure);
+        if (DatabaseFailure::isConnectionLost(failure.nativeErrorCode(),
+                                              failure.databaseText() + u' ' + failure.driverText()))
+            m_lostConnection = true;
+        return false;
+    }
     // Writes repeat a few shapes (and the savepoints around each), so they
     // are kept prepared as the reads are.
     QSqlError prepareError;
@@ -850,9 +917,9 @@ bool databaseControl::execute(const QString& sql, const QVariantList& parameters
         query.finish();
         // The transaction went with a lost connection; the caller reports
         // this write as failed, and the next one runs on a new connection.
-        if (m_server && DatabaseFailure::isConnectionLost(
-                            failure.nativeErrorCode(), failure.databaseText() + u' ' +
-                                                           failure.driverText())) {
+        if (m_server &&
+            DatabaseFailure::isConnectionLost(
+                failure.nativeErrorCode(), failure.databaseText() + u' ' + failure.driverText())) {
             m_lostConnection = true;
         }
         return false;
@@ -1035,10 +1102,10 @@ void databaseControl::insertRow(Recordset& rs, int row) {
         marks << QStringLiteral("?");
         values << rs.rows[size_t(row)][size_t(c)];
     }
-    QString sql =
-        names.isEmpty() ? QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(sqlName(rs.table))
-                        : QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
-                              .arg(sqlName(rs.table), names.join(u", "), marks.join(u", "));
+    QString sql = names.isEmpty()
+                      ? QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(sqlName(rs.table))
+                      : QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+                            .arg(sqlName(rs.table), names.join(u", "), marks.join(u", "));
     const QString keyColumn = rowKeyColumn(rs.table);
     const bool physical = keyColumn == QLatin1String(PhysicalRowKey);
     if (m_server)

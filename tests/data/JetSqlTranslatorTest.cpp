@@ -53,7 +53,8 @@ TEST(JetSqlTranslatorTest, DateLiteralsBecomeIsoParameters) {
         {"time alone on the zero day",
          "WHERE T = #9:30#",
          "WHERE (CASE WHEN substr(T, 3, 1) = ? THEN ? || T ELSE T END) = ?",
-         {QStringLiteral(":"), QStringLiteral("1899-12-30 "), QStringLiteral("1899-12-30 09:30:00")}},
+         {QStringLiteral(":"), QStringLiteral("1899-12-30 "),
+          QStringLiteral("1899-12-30 09:30:00")}},
         {"spaces inside the marks",
          "WHERE D = # 3/5/2024 #",
          "WHERE D = ?",
@@ -290,4 +291,57 @@ TEST(StorageConventionsTest, StoredFormRoundTripsThroughTheReader) {
     EXPECT_EQ(StorageConventions::toStored(QTime(8, 5)), QStringLiteral("1899-12-30 08:05:00"));
     EXPECT_EQ(StorageConventions::toStored(true), 1);
     EXPECT_EQ(StorageConventions::toStored(QStringLiteral("x")), QStringLiteral("x"));
+}
+
+// The server's dialect: what the embedded engine does without being told
+// (LIKE ignoring case, Nulls sorted first, collations ignored on numbers,
+// sorting a DISTINCT by any expression) is spelled out.
+TEST(JetSqlTranslatorTest, ServerDialectKeepsTheEmbeddedEnginesAnswers) {
+    struct ServerCase {
+        const char* name;
+        QString jet;
+        QString sql;
+    };
+    const std::vector<ServerCase> cases = {
+        {"like ignores case", "SELECT * FROM Companies WHERE CompanyName LIKE 'a*'",
+         "SELECT * FROM Companies WHERE CompanyName ILIKE ?"},
+        {"not like too", "WHERE City NOT LIKE '*x'", "WHERE City NOT ILIKE ?"},
+        {"text column compared without case", "WHERE Companies.City = 'Ottawa'",
+         "WHERE Companies.City = ? COLLATE NOCASE"},
+        {"number column compared with a text literal takes no collation", "WHERE CompanyID = '12'",
+         "WHERE CompanyID = ?"},
+        {"number sort key takes no collation, Nulls first",
+         "SELECT * FROM Schedule ORDER BY ScheduleID",
+         "SELECT * FROM Schedule ORDER BY ScheduleID NULLS FIRST"},
+        {"text sort keys with directions",
+         "SELECT * FROM Companies ORDER BY CompanyName DESC, City ASC, 2",
+         "SELECT * FROM Companies ORDER BY CompanyName COLLATE NOCASE DESC NULLS LAST, City "
+         "COLLATE NOCASE ASC NULLS FIRST, 2 NULLS FIRST"},
+        {"distinct sorted outside",
+         "SELECT DISTINCT Schedule.EmployeeAssigned FROM Schedule WHERE Closed = False ORDER BY "
+         "Schedule.EmployeeAssigned;",
+         "SELECT * FROM (SELECT DISTINCT Schedule.EmployeeAssigned FROM Schedule WHERE Closed = "
+         "0) AS qm_distinct ORDER BY EmployeeAssigned COLLATE NOCASE NULLS FIRST;"},
+        {"bracketed names", "SELECT [Companies].[Company Name] FROM [Companies]",
+         "SELECT Companies.\"company name\" FROM Companies"},
+    };
+    for (const ServerCase& c : cases) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(JetSqlTranslator::translate(c.jet, {}, SqlDialect::Postgres).sql, c.sql);
+    }
+    // The embedded engine's text stays as it always was.
+    EXPECT_EQ(JetSqlTranslator::translate(QStringLiteral("WHERE CompanyID = '12' ORDER BY "
+                                                         "ScheduleID"))
+                  .sql,
+              QStringLiteral("WHERE CompanyID = ? COLLATE NOCASE ORDER BY ScheduleID COLLATE "
+                             "NOCASE"));
+}
+
+TEST(JetSqlTranslatorTest, ServerPlaceholdersSayWhichMeetANumberColumn) {
+    const TranslatedSql t = JetSqlTranslator::translate(
+        QStringLiteral("SELECT * FROM Companies WHERE CompanyID = ? AND CompanyName = ?"),
+        {true, true}, SqlDialect::Postgres);
+    EXPECT_EQ(t.sql, QStringLiteral("SELECT * FROM Companies WHERE CompanyID = ? AND CompanyName "
+                                    "= ? COLLATE NOCASE"));
+    EXPECT_EQ(t.numberPlaceholders, (std::vector<bool>{true, false}));
 }
