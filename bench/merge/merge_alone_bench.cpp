@@ -28,7 +28,8 @@ int main(int argc, char** argv) {
         return 2;
     }
     const qsizetype roundsAt = args.indexOf(QStringLiteral("--rounds"));
-    const int rounds = roundsAt > 0 && roundsAt + 1 < args.size() ? args.at(roundsAt + 1).toInt() : 3;
+    const int rounds =
+        roundsAt > 0 && roundsAt + 1 < args.size() ? args.at(roundsAt + 1).toInt() : 3;
     const qsizetype templateAt = args.indexOf(QStringLiteral("--template"));
     if (templateAt < 0 || templateAt + 1 >= args.size()) {
         std::fprintf(stderr, "--template FILE is needed (a merge template)\n");
@@ -69,7 +70,8 @@ int main(int argc, char** argv) {
         const auto letters = run.result().records.size();
         std::printf("round %d: %zu letters, %.0f letters/s, %.1f statements a letter\n", round + 1,
                     letters, double(letters) / seconds,
-                    double(db.statementCount() - statements) / double(std::max<size_t>(letters, 1)));
+                    double(db.statementCount() - statements) /
+                        double(std::max<size_t>(letters, 1)));
     }
     return 0;
 }

@@ -948,17 +948,18 @@ void databaseControl::runInTransaction(const QString& sql, const QVariantList& p
         return;
     }
     QString error;
+    // The connection's handle is let go before a reconnection replaces it.
+    auto database = [this] { return QSqlDatabase::database(m_connectionName, false); };
     for (int attempt = 0;; ++attempt) {
-        QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
-        if (!db.transaction()) {
-            const QSqlError failure = db.lastError();
+        if (!database().transaction()) {
+            const QSqlError failure = database().lastError();
             if (attempt == 0 && reconnectIfLost(failure))
                 continue;
             fail(QStringLiteral("Cannot start a transaction: %1").arg(describeFailure(failure)));
         }
         if (execute(sql, parameters, insertedKey, &error))
             break;
-        db.rollback();
+        database().rollback();
         // The write died with its connection before its commit: nothing of
         // it was saved, so it is made once more on a new connection.
         if (m_lostConnection && attempt == 0 && reconnectAfterLoss())
@@ -977,7 +978,6 @@ void databaseControl::runInTransaction(const QString& sql, const QVariantList& p
 
 void databaseControl::runInBatch(const QString& sql, const QVariantList& parameters,
                                  qint64* insertedKey) {
-    QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
     openBatchTransaction();
     // A savepoint per write, so that a failing write is undone alone and the
     // batch's earlier writes stand.
@@ -1003,7 +1003,7 @@ void databaseControl::runInBatch(const QString& sql, const QVariantList& paramet
         !execute(QStringLiteral("RELEASE qm_write"), {}, nullptr, nullptr)) {
         // The engine ended the whole transaction (a full disk, an I/O
         // fault): the batch's earlier writes went with it.
-        db.rollback();
+        QSqlDatabase::database(m_connectionName, false).rollback();
         m_batchOpen = false;
         fail(QStringLiteral("%1 [%2]; the changes made with it were not saved").arg(error, sql));
     }
