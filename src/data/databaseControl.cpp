@@ -433,6 +433,8 @@ void databaseControl::disconnect() {
         m_readHolders = holders;
     }
     m_sets.clear();
+    m_readMemo.clear();
+    m_lookupMemo.clear();
     m_schemaVersion = -1;
     m_columnTypes.clear();
     m_statements.reset();
@@ -526,6 +528,22 @@ int databaseControl::openRecordset(const QString& sql, int /*cursorType*/, int l
         m_schemaVersion = version;
         m_schemaCheckedInBatch = m_batchOpen;
     }
+    // On a server every read is a round trip; the same read asked again
+    // within a held batch (a merge reads the practice's own row for every
+    // letter) is answered from the rows of the first, until a write or a
+    // checkpoint. Editable sets are always read afresh.
+    QString memoKey;
+    if (m_server && m_batchOpen && m_readHolders > 0 && !rs->editable) {
+        memoKey = translated.sql;
+        for (const QVariant& parameter : std::as_const(translated.parameters))
+            memoKey += u'\x1f' + QString::number(parameter.typeId()) + u':' + parameter.toString();
+        if (const auto found = m_readMemo.constFind(memoKey); found != m_readMemo.constEnd()) {
+            rs->columns = found->columns;
+            rs->lookup = found->lookup;
+            rs->rows = found->rows;
+            return store(std::move(rs));
+        }
+    }
     StatementCache::Entry* ran = nullptr;
     for (int attempt = 0; !ran; ++attempt) {
         StatementCache::Entry& candidate = m_statements->get(translated.sql);
@@ -588,6 +606,14 @@ int databaseControl::openRecordset(const QString& sql, int /*cursorType*/, int l
     }
     // Release the read lock at once: the host may want to write.
     query.finish();
+    if (!memoKey.isEmpty()) {
+        if (m_readMemo.size() >= 1024)
+            m_readMemo.clear();
+        MemoRows& memo = m_readMemo[memoKey];
+        memo.columns = rs->columns;
+        memo.lookup = rs->lookup;
+        memo.rows = rs->rows;
+    }
     return store(std::move(rs));
 }
 
@@ -632,6 +658,24 @@ std::optional<QVariant> databaseControl::serverLookup(const QString& sql,
         }
         values[translated.placeholders[k]] = argument;
     }
+    // As openRecordset: asked again within a held batch, answered from the
+    // first answer.
+    QString memoKey;
+    if (m_batchOpen && m_readHolders > 0) {
+        memoKey = translated.sql + u'\x1e' + column;
+        for (const QVariant& value : std::as_const(values))
+            memoKey += u'\x1f' + QString::number(value.typeId()) + u':' + value.toString();
+        if (const auto found = m_lookupMemo.constFind(memoKey); found != m_lookupMemo.constEnd())
+            return *found;
+    }
+    auto remember = [&](const std::optional<QVariant>& answer) {
+        if (!memoKey.isEmpty()) {
+            if (m_lookupMemo.size() >= 1024)
+                m_lookupMemo.clear();
+            m_lookupMemo.insert(memoKey, answer);
+        }
+        return answer;
+    };
     for (int attempt = 0;; ++attempt) {
         StatementCache::Entry& entry = m_statements->get(translated.sql);
         QSqlQuery& query = entry.query;
@@ -652,7 +696,7 @@ std::optional<QVariant> databaseControl::serverLookup(const QString& sql,
         }
         if (!query.next()) {
             query.finish();
-            return std::nullopt;
+            return remember(std::nullopt);
         }
         int at = 0;
         if (const QString key = column.trimmed(); !key.isEmpty()) {
@@ -673,7 +717,7 @@ std::optional<QVariant> databaseControl::serverLookup(const QString& sql,
         description.date = ClientDatabaseSchema::isDateColumn(description.name);
         const QVariant value = query.isNull(at) ? QVariant() : query.value(at);
         query.finish();
-        return Recordset::typedValue(description, value);
+        return remember(Recordset::typedValue(description, value));
     }
 }
 
@@ -882,6 +926,8 @@ QVariant databaseControl::toStorage(const Recordset& rs, int column, const QVari
 
 bool databaseControl::execute(const QString& sql, const QVariantList& parameters,
                               qint64* insertedKey, QString* error) {
+    m_readMemo.clear();
+    m_lookupMemo.clear();
     if (m_server && isTransactionControl(sql)) {
         QSqlQuery control(QSqlDatabase::database(m_connectionName, false));
         ++m_statementCount;
@@ -1029,6 +1075,8 @@ void databaseControl::beginWriteBatch(bool holdReads) {
 }
 
 void databaseControl::commitWriteBatch() {
+    m_readMemo.clear();
+    m_lookupMemo.clear();
     if (m_batchOpen) {
         m_batchOpen = false;
         QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "data/Recordset.h"
+
 #include <QDate>
+#include <QHash>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -242,6 +245,13 @@ private:
     std::unique_ptr<LookupStatements> m_lookups;
     int m_schemaVersion = -1;
     std::map<int, std::unique_ptr<Recordset>> m_sets;
+    struct MemoRows {
+        std::vector<RecordsetColumn> columns;
+        std::shared_ptr<const QHash<QString, int>> lookup;
+        std::vector<std::vector<QVariant>> rows;
+    };
+    QHash<QString, MemoRows> m_readMemo; // reads of a held batch on a server
+    QHash<QString, std::optional<QVariant>> m_lookupMemo;
     std::map<QString, std::map<QString, QString>> m_columnTypes; // TABLE -> COLUMN -> declared type
     int m_nextHandle = 1;
     qint64 m_statementCount = 0;

@@ -211,4 +211,42 @@ TEST_F(ServerDatabaseTest, ALostConnectionIsMadeAgainAndABatchSaysWhatWasLost) {
                                    QStringLiteral("Kept")}));
 }
 
+TEST_F(ServerDatabaseTest, AHeldBatchAsksTheServerOnceForTheSameRead) {
+    databaseControl& db = connect(m_uri);
+    ASSERT_TRUE(db.isConnected());
+    const QString read = QStringLiteral("SELECT Companies.City FROM Companies WHERE CompanyID = 1");
+    auto city = [&] {
+        const int h = db.openRecordset(read);
+        const QString value = db.getField(h, QStringLiteral("City")).toString();
+        db.closeRecordset(h);
+        return value;
+    };
+    auto lookedUp = [&] {
+        return db
+            .lookupValue(QStringLiteral("SELECT City FROM Companies WHERE CompanyID = ?"), {1},
+                         QString())
+            ->toString();
+    };
+    WriteBatch batch(db, WriteBatch::Reads::Held);
+    EXPECT_EQ(city(), QStringLiteral("Ottawa"));
+    EXPECT_EQ(lookedUp(), QStringLiteral("Ottawa"));
+    const qint64 statements = db.statementCount();
+    sideExec(QStringLiteral("UPDATE Companies SET City = 'Hull' WHERE CompanyID = 1"));
+    EXPECT_EQ(city(), QStringLiteral("Ottawa"));
+    EXPECT_EQ(db.statementCount(), statements);
+    // A checkpoint ends the shared answers.
+    batch.commit();
+    EXPECT_EQ(city(), QStringLiteral("Hull"));
+    EXPECT_EQ(lookedUp(), QStringLiteral("Hull"));
+    // So does a write of the program's own.
+    sideExec(QStringLiteral("UPDATE Companies SET City = 'Aylmer' WHERE CompanyID = 1"));
+    const int w =
+        db.openRecordset(QStringLiteral("SELECT Companies.* FROM Companies WHERE CompanyID = 2"),
+                         databaseControl::KeysetCursor, databaseControl::OptimisticLock);
+    db.updateFieldNow(w, QStringLiteral("City"), QStringLiteral("Gatineau"));
+    db.closeRecordset(w);
+    EXPECT_EQ(city(), QStringLiteral("Aylmer"));
+    EXPECT_EQ(lookedUp(), QStringLiteral("Aylmer"));
+}
+
 } // namespace
