@@ -28,12 +28,18 @@ int runPdfCommand(const QStringList& args, CommandIO& io) {
     }
     ProcedureScope scope(app().errors, QStringLiteral("QuillmerePad.exe-cmdPdf-runPdfCommand"));
     try {
-        const auto document = PaginatedDocument::open(
+        const auto document = PaginatedDocument::openToWrite(
             files.at(0), [&io](const QString& warning) { io.err << warning << '\n'; });
-        const PageRangeResult fitted = fitPageRange(range, document->layout.totalPages());
+        // The sheets are laid out as they are written: count only as far as
+        // the range reaches, and leave "to the end" to the writing.
+        PageRangeResult fitted =
+            fitPageRange(range, document->layout.pagesUpTo(std::max(range.fromPage, range.toPage)));
         if (!fitted.range) {
             io.err << fitted.error << '\n';
             return 2;
+        }
+        if (range.toPage == 0) {
+            fitted.range->toPage = 0;
         }
         NullProgress progress;
         const PrintOutcome outcome =
