@@ -29,7 +29,9 @@ struct PaginatedDocument {
     open(const QString& path, const std::function<void(const QString&)>& warn = {});
     // The same, for writing its sheets out once from the first on (see
     // PageLayout::keepGlyphsUntilDrawn()): ask layout.hasSheet() rather
-    // than totalPages() before writing, which would hold every glyph.
+    // than totalPages() before writing, which would hold every glyph, and
+    // use open() for a range that starts further on, whose earlier sheets
+    // would keep theirs.
     static std::unique_ptr<PaginatedDocument>
     openToWrite(const QString& path, const std::function<void(const QString&)>& warn = {});
 
