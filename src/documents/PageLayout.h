@@ -90,7 +90,7 @@ public:
     // once instead of once to lay it out and again to draw it. Only what is
     // laid out and not yet drawn holds glyphs, so the pass must not lay out
     // far ahead (totalPages() lays out everything: ask hasSheet() instead).
-    // Call it before anything is laid out, i.e. right after endLoad().
+    // Call it while loading, before endLoad() starts the layout.
     void keepGlyphsUntilDrawn();
     bool keepsGlyphsUntilDrawn() const { return m_keepGlyphs; }
     // Pages laid out so far; never forces the layout. At least 1.
