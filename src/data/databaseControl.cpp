@@ -119,18 +119,12 @@ bool isTransactionControl(const QString& sql) {
            sql.startsWith(QLatin1String("ROLLBACK TO "));
 }
 
-bool isTextArgument(const QVariant& value) {
-    switch (value.typeId()) {
-    case QMetaType::Int:
-    case QMetaType::LongLong:
-    case QMetaType::UInt:
-    case QMetaType::Short:
-    case QMetaType::Bool:
-    case QMetaType::Double:
-        return false;
-    default:
-        return value.isValid() && !value.isNull();
-    }
+// A statement and its values, as the key of an answer kept for reuse.
+QString memoKeyOf(const QString& sql, const QVariantList& values) {
+    QString key = sql;
+    for (const QVariant& value : values)
+        key += u'\x1f' + QString::number(value.typeId()) + u':' + value.toString();
+    return key;
 }
 
 } // namespace
@@ -534,9 +528,7 @@ int databaseControl::openRecordset(const QString& sql, int /*cursorType*/, int l
     // checkpoint. Editable sets are always read afresh.
     QString memoKey;
     if (m_server && m_batchOpen && m_readHolders > 0 && !rs->editable) {
-        memoKey = translated.sql;
-        for (const QVariant& parameter : std::as_const(translated.parameters))
-            memoKey += u'\x1f' + QString::number(parameter.typeId()) + u':' + parameter.toString();
+        memoKey = memoKeyOf(translated.sql, translated.parameters);
         if (const auto found = m_readMemo.constFind(memoKey); found != m_readMemo.constEnd()) {
             rs->columns = found->columns;
             rs->lookup = found->lookup;
@@ -544,31 +536,8 @@ int databaseControl::openRecordset(const QString& sql, int /*cursorType*/, int l
             return store(std::move(rs));
         }
     }
-    StatementCache::Entry* ran = nullptr;
-    for (int attempt = 0; !ran; ++attempt) {
-        StatementCache::Entry& candidate = m_statements->get(translated.sql);
-        QSqlQuery& query = candidate.query;
-        for (int i = 0; i < translated.parameters.size(); ++i)
-            query.bindValue(i, translated.parameters[i]);
-        ++m_statementCount;
-        if (query.exec()) {
-            ran = &candidate;
-            break;
-        }
-        const QSqlError failure = query.lastError();
-        const QString error = describeFailure(failure);
-        query.finish();
-        // A read outside a transaction is simply asked again on a new
-        // connection; one inside a batch fails, since the batch went with it.
-        if (attempt == 0 && planChanged(failure)) {
-            m_statements->clear();
-            continue;
-        }
-        const bool inBatch = m_batchOpen;
-        if (attempt > 0 || !reconnectIfLost(failure) || inBatch)
-            fail(QStringLiteral("%1 [%2]").arg(error, sql));
-    }
-    StatementCache::Entry& entry = *ran;
+    runStatement(translated.sql, translated.parameters, sql);
+    StatementCache::Entry& entry = m_statements->get(translated.sql);
     QSqlQuery& query = entry.query;
     const int first = rs->editable ? 1 : 0;
     if (!entry.described) {
@@ -625,12 +594,38 @@ std::optional<QVariant> databaseControl::lookupValue(const QString& sql,
                                                      const QVariantList& arguments,
                                                      const QString& column) {
     requireConnection();
-    ++m_statementCount;
     if (m_server)
         return serverLookup(sql, arguments, column);
+    ++m_statementCount;
     if (!m_lookups)
         fail(QStringLiteral("The database driver does not give lookups its engine."));
     return m_lookups->firstValue(sql, arguments, column);
+}
+
+void databaseControl::runStatement(const QString& sql, const QVariantList& values,
+                                   const QString& shown) {
+    for (int attempt = 0;; ++attempt) {
+        QSqlQuery& query = m_statements->get(sql).query;
+        for (int i = 0; i < values.size(); ++i)
+            query.bindValue(i, values[i]);
+        ++m_statementCount;
+        if (query.exec())
+            return;
+        const QSqlError failure = query.lastError();
+        const QString error = describeFailure(failure);
+        query.finish();
+        // A server forgets nothing it prepared when another workstation
+        // changes a table's shape; it refuses instead, and is asked afresh.
+        if (attempt == 0 && planChanged(failure)) {
+            m_statements->clear();
+            continue;
+        }
+        // A read outside a transaction is simply asked again on a new
+        // connection; one inside a batch fails, since the batch went with it.
+        const bool inBatch = m_batchOpen;
+        if (attempt > 0 || !reconnectIfLost(failure) || inBatch)
+            fail(QStringLiteral("%1 [%2]").arg(error, shown));
+    }
 }
 
 std::optional<QVariant> databaseControl::serverLookup(const QString& sql,
@@ -638,7 +633,7 @@ std::optional<QVariant> databaseControl::serverLookup(const QString& sql,
                                                       const QString& column) {
     std::vector<bool> text;
     for (const QVariant& argument : arguments)
-        text.push_back(isTextArgument(argument));
+        text.push_back(JetSqlTranslator::isTextValue(argument));
     const TranslatedSql translated = JetSqlTranslator::translate(sql, text, SqlDialect::Postgres);
     if (arguments.size() != qsizetype(translated.placeholders.size()))
         fail(QStringLiteral("The lookup takes %1 arguments, %2 given: %3")
@@ -651,7 +646,7 @@ std::optional<QVariant> databaseControl::serverLookup(const QString& sql,
         // The server would refuse to compare it at all; the embedded engine
         // finds no row, and so does this.
         bool number = false;
-        if (translated.numberPlaceholders[k] && isTextArgument(argument)) {
+        if (translated.numberPlaceholders[k] && JetSqlTranslator::isTextValue(argument)) {
             argument.toString().trimmed().toDouble(&number);
             if (!number)
                 return std::nullopt;
@@ -662,9 +657,7 @@ std::optional<QVariant> databaseControl::serverLookup(const QString& sql,
     // first answer.
     QString memoKey;
     if (m_batchOpen && m_readHolders > 0) {
-        memoKey = translated.sql + u'\x1e' + column;
-        for (const QVariant& value : std::as_const(values))
-            memoKey += u'\x1f' + QString::number(value.typeId()) + u':' + value.toString();
+        memoKey = memoKeyOf(translated.sql + u'\x1e' + column, values);
         if (const auto found = m_lookupMemo.constFind(memoKey); found != m_lookupMemo.constEnd())
             return *found;
     }
@@ -676,49 +669,32 @@ std::optional<QVariant> databaseControl::serverLookup(const QString& sql,
         }
         return answer;
     };
-    for (int attempt = 0;; ++attempt) {
-        StatementCache::Entry& entry = m_statements->get(translated.sql);
-        QSqlQuery& query = entry.query;
-        for (int i = 0; i < values.size(); ++i)
-            query.bindValue(i, values[i]);
-        if (!query.exec()) {
-            const QSqlError failure = query.lastError();
-            const QString error = describeFailure(failure);
-            query.finish();
-            if (attempt == 0 && planChanged(failure)) {
-                m_statements->clear();
-                continue;
-            }
-            const bool inBatch = m_batchOpen;
-            if (attempt > 0 || !reconnectIfLost(failure) || inBatch)
-                fail(QStringLiteral("%1 [%2]").arg(error, sql));
-            continue;
-        }
-        if (!query.next()) {
-            query.finish();
-            return remember(std::nullopt);
-        }
-        int at = 0;
-        if (const QString key = column.trimmed(); !key.isEmpty()) {
-            const QSqlRecord record = query.record();
-            at = record.indexOf(key.toLower());
-            if (at < 0) {
-                const qsizetype dot = key.lastIndexOf(u'.');
-                at = dot > 0 ? record.indexOf(key.mid(dot + 1).toLower()) : -1;
-            }
-            if (at < 0) {
-                query.finish();
-                fail(QStringLiteral("The lookup has no column %1: %2").arg(column, sql));
-            }
-        }
-        RecordsetColumn description;
-        description.name = ClientDatabaseSchema::canonicalColumnName(query.record().fieldName(at));
-        description.yesNo = ClientDatabaseSchema::isYesNoColumn(description.name);
-        description.date = ClientDatabaseSchema::isDateColumn(description.name);
-        const QVariant value = query.isNull(at) ? QVariant() : query.value(at);
+    runStatement(translated.sql, values, sql);
+    QSqlQuery& query = m_statements->get(translated.sql).query;
+    if (!query.next()) {
         query.finish();
-        return remember(Recordset::typedValue(description, value));
+        return remember(std::nullopt);
     }
+    int at = 0;
+    if (const QString key = column.trimmed(); !key.isEmpty()) {
+        const QSqlRecord record = query.record();
+        at = record.indexOf(key.toLower());
+        if (at < 0) {
+            const qsizetype dot = key.lastIndexOf(u'.');
+            at = dot > 0 ? record.indexOf(key.mid(dot + 1).toLower()) : -1;
+        }
+        if (at < 0) {
+            query.finish();
+            fail(QStringLiteral("The lookup has no column %1: %2").arg(column, sql));
+        }
+    }
+    RecordsetColumn description;
+    description.name = ClientDatabaseSchema::canonicalColumnName(query.record().fieldName(at));
+    description.yesNo = ClientDatabaseSchema::isYesNoColumn(description.name);
+    description.date = ClientDatabaseSchema::isDateColumn(description.name);
+    const QVariant value = query.isNull(at) ? QVariant() : query.value(at);
+    query.finish();
+    return remember(Recordset::typedValue(description, value));
 }
 
 int databaseControl::filterRecordset(int handle, const QString& filter) {

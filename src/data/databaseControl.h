@@ -211,6 +211,10 @@ private:
     // a server table's own key, or its physical row address for a table
     // without a key.
     QString rowKeyColumn(const QString& table) const;
+    // Runs a prepared statement of the cache with its values, asking again
+    // once after a changed table or a lost connection (see connect()).
+    // Throws with `shown` in the message.
+    void runStatement(const QString& sql, const QVariantList& values, const QString& shown);
     std::optional<QVariant> serverLookup(const QString& sql, const QVariantList& arguments,
                                          const QString& column);
     QString describeFailure(const QSqlError& error) const;
