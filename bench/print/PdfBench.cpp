@@ -62,7 +62,7 @@ void BM_LettersFileToPdf(benchmark::State& state) {
     }
     int pages = 0;
     for (auto _ : state) {
-        const auto document = PaginatedDocument::open(source);
+        const auto document = PaginatedDocument::openToWrite(source);
         NullProgress progress;
         pages = writeDocumentPdf(document->layout, document->model,
                                  dir.filePath(QStringLiteral("letters.pdf")), PageRange{},

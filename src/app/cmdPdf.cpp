@@ -28,12 +28,22 @@ int runPdfCommand(const QStringList& args, CommandIO& io) {
     }
     ProcedureScope scope(app().errors, QStringLiteral("QuillmerePad.exe-cmdPdf-runPdfCommand"));
     try {
-        const auto document = PaginatedDocument::open(
-            files.at(0), [&io](const QString& warning) { io.err << warning << '\n'; });
-        const PageRangeResult fitted = fitPageRange(range, document->layout.totalPages());
+        const auto warn = [&io](const QString& warning) { io.err << warning << '\n'; };
+        // Sheets before the range would be laid out with their glyphs and
+        // never drawn, and so hold them to the end.
+        const auto document = range.fromPage == 1
+                                  ? PaginatedDocument::openToWrite(files.at(0), warn)
+                                  : PaginatedDocument::open(files.at(0), warn);
+        // The sheets are laid out as they are written: count only as far as
+        // the range reaches, and leave "to the end" to the writing.
+        PageRangeResult fitted =
+            fitPageRange(range, document->layout.pagesUpTo(std::max(range.fromPage, range.toPage)));
         if (!fitted.range) {
             io.err << fitted.error << '\n';
             return 2;
+        }
+        if (range.toPage == 0) {
+            fitted.range->toPage = 0;
         }
         NullProgress progress;
         const PrintOutcome outcome =

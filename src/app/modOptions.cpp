@@ -62,6 +62,12 @@ int storedListIndex(const QString& value, int count, int fallback) {
     return ok && index >= 0 && index < count ? index : fallback;
 }
 
+DocumentStartup readDocumentStartup(clsINI* ini) {
+    return DocumentStartup(
+        storedListIndex(read(ini, kDocument, QStringLiteral("WindowState"), QStringLiteral("2")),
+                        int(documentStateItems().size()), int(DocumentStartup::Maximized)));
+}
+
 OptionsData Getdata(clsINI* ini, const OptionsContext& context) {
     OptionsData data;
     const QString storedFont =
@@ -85,9 +91,7 @@ OptionsData Getdata(clsINI* ini, const OptionsContext& context) {
     }
     // Read for its side effect: a missing key is written with its default.
     read(ini, kDocument, QStringLiteral("ViewMode"), QStringLiteral("2"));
-    data.documentState =
-        storedListIndex(read(ini, kDocument, QStringLiteral("WindowState"), QStringLiteral("2")),
-                        int(documentStateItems().size()), 2);
+    data.documentState = int(readDocumentStartup(ini));
     data.stayOnTop = context.stayOnTop;
     const TabStripSettings tabs = readTabStripSettings(ini);
     data.tabStyle = tabs.style;

@@ -95,6 +95,12 @@ TabStripSettings readTabStripSettings(clsINI* ini);
 // LiveSpelling of QuillmerePadSettings, on unless the file says otherwise.
 bool readLiveSpellingSetting(clsINI* ini);
 
+// How a document window opens: WindowState of Document, as an index of
+// documentStateItems(). Maximised when the key is missing or holds anything
+// but 0, 1 or 2; a missing key is written with that default.
+enum class DocumentStartup : int { Normal = 0, Minimized = 1, Maximized = 2 };
+DocumentStartup readDocumentStartup(clsINI* ini);
+
 // A list index stored as text: the number when it is one of 0 .. count-1,
 // otherwise the fallback (junk in the file must not pick a list entry that
 // does not exist).

@@ -12,4 +12,4 @@ QString reason(int engineCode, const QString& engineText);
 QString serverReason(const QString& sqlState, const QString& serverText);
 // Whether a server failure means the connection itself is gone.
 bool isConnectionLost(const QString& sqlState, const QString& serverText);
-}
+} // namespace DatabaseFailure

@@ -204,6 +204,20 @@ LikePattern likePattern(const QString& jet) {
 
 } // namespace
 
+bool JetSqlTranslator::isTextValue(const QVariant& value) {
+    switch (value.typeId()) {
+    case QMetaType::Int:
+    case QMetaType::LongLong:
+    case QMetaType::UInt:
+    case QMetaType::Short:
+    case QMetaType::Bool:
+    case QMetaType::Double:
+        return false;
+    default:
+        return value.isValid() && !value.isNull();
+    }
+}
+
 std::optional<QString> JetSqlTranslator::readQuoted(const QString& text, qsizetype start,
                                                     qsizetype& end) {
     const QChar quote = text[start];

@@ -55,6 +55,10 @@ public:
                                    const std::vector<bool>& textPlaceholders = {},
                                    SqlDialect dialect = SqlDialect::Sqlite);
 
+    // Whether a caller's value is compared as a text (without regard to
+    // case) rather than as a number.
+    static bool isTextValue(const QVariant& value);
+
     // Reads the '...' or "..." literal whose opening quote is at `start`,
     // a doubled quote standing for one; `end` is set behind the closing
     // quote. Empty when the literal is never closed.

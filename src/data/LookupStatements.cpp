@@ -100,20 +100,6 @@ int LookupStatements::schemaVersion() {
     return sqlite3_column_int(m_schemaVersion, 0);
 }
 
-static bool isText(const QVariant& value) {
-    switch (value.typeId()) {
-    case QMetaType::Int:
-    case QMetaType::LongLong:
-    case QMetaType::UInt:
-    case QMetaType::Short:
-    case QMetaType::Bool:
-    case QMetaType::Double:
-        return false;
-    default:
-        return value.isValid() && !value.isNull();
-    }
-}
-
 LookupStatements::Statement& LookupStatements::statement(const QString& jetSql,
                                                          const QVariantList& arguments) {
     // Text arguments are compared without regard to case and numbers are
@@ -122,7 +108,7 @@ LookupStatements::Statement& LookupStatements::statement(const QString& jetSql,
     QString shape = jetSql;
     shape += u'\x1f';
     for (const QVariant& argument : arguments) {
-        text.push_back(isText(argument));
+        text.push_back(JetSqlTranslator::isTextValue(argument));
         shape += text.back() ? u'T' : u'N';
     }
     if (const auto found = m_statements.constFind(shape); found != m_statements.constEnd())

@@ -119,18 +119,12 @@ bool isTransactionControl(const QString& sql) {
            sql.startsWith(QLatin1String("ROLLBACK TO "));
 }
 
-bool isTextArgument(const QVariant& value) {
-    switch (value.typeId()) {
-    case QMetaType::Int:
-    case QMetaType::LongLong:
-    case QMetaType::UInt:
-    case QMetaType::Short:
-    case QMetaType::Bool:
-    case QMetaType::Double:
-        return false;
-    default:
-        return value.isValid() && !value.isNull();
-    }
+// A statement and its values, as the key of an answer kept for reuse.
+QString memoKeyOf(const QString& sql, const QVariantList& values) {
+    QString key = sql;
+    for (const QVariant& value : values)
+        key += u'\x1f' + QString::number(value.typeId()) + u':' + value.toString();
+    return key;
 }
 
 } // namespace
@@ -433,6 +427,8 @@ void databaseControl::disconnect() {
         m_readHolders = holders;
     }
     m_sets.clear();
+    m_readMemo.clear();
+    m_lookupMemo.clear();
     m_schemaVersion = -1;
     m_columnTypes.clear();
     m_statements.reset();
@@ -526,31 +522,22 @@ int databaseControl::openRecordset(const QString& sql, int /*cursorType*/, int l
         m_schemaVersion = version;
         m_schemaCheckedInBatch = m_batchOpen;
     }
-    StatementCache::Entry* ran = nullptr;
-    for (int attempt = 0; !ran; ++attempt) {
-        StatementCache::Entry& candidate = m_statements->get(translated.sql);
-        QSqlQuery& query = candidate.query;
-        for (int i = 0; i < translated.parameters.size(); ++i)
-            query.bindValue(i, translated.parameters[i]);
-        ++m_statementCount;
-        if (query.exec()) {
-            ran = &candidate;
-            break;
+    // On a server every read is a round trip; the same read asked again
+    // within a held batch (a merge reads the practice's own row for every
+    // letter) is answered from the rows of the first, until a write or a
+    // checkpoint. Editable sets are always read afresh.
+    QString memoKey;
+    if (m_server && m_batchOpen && m_readHolders > 0 && !rs->editable) {
+        memoKey = memoKeyOf(translated.sql, translated.parameters);
+        if (const auto found = m_readMemo.constFind(memoKey); found != m_readMemo.constEnd()) {
+            rs->columns = found->columns;
+            rs->lookup = found->lookup;
+            rs->rows = found->rows;
+            return store(std::move(rs));
         }
-        const QSqlError failure = query.lastError();
-        const QString error = describeFailure(failure);
-        query.finish();
-        // A read outside a transaction is simply asked again on a new
-        // connection; one inside a batch fails, since the batch went with it.
-        if (attempt == 0 && planChanged(failure)) {
-            m_statements->clear();
-            continue;
-        }
-        const bool inBatch = m_batchOpen;
-        if (attempt > 0 || !reconnectIfLost(failure) || inBatch)
-            fail(QStringLiteral("%1 [%2]").arg(error, sql));
     }
-    StatementCache::Entry& entry = *ran;
+    runStatement(translated.sql, translated.parameters, sql);
+    StatementCache::Entry& entry = m_statements->get(translated.sql);
     QSqlQuery& query = entry.query;
     const int first = rs->editable ? 1 : 0;
     if (!entry.described) {
@@ -588,6 +575,14 @@ int databaseControl::openRecordset(const QString& sql, int /*cursorType*/, int l
     }
     // Release the read lock at once: the host may want to write.
     query.finish();
+    if (!memoKey.isEmpty()) {
+        if (m_readMemo.size() >= 1024)
+            m_readMemo.clear();
+        MemoRows& memo = m_readMemo[memoKey];
+        memo.columns = rs->columns;
+        memo.lookup = rs->lookup;
+        memo.rows = rs->rows;
+    }
     return store(std::move(rs));
 }
 
@@ -599,12 +594,38 @@ std::optional<QVariant> databaseControl::lookupValue(const QString& sql,
                                                      const QVariantList& arguments,
                                                      const QString& column) {
     requireConnection();
-    ++m_statementCount;
     if (m_server)
         return serverLookup(sql, arguments, column);
+    ++m_statementCount;
     if (!m_lookups)
         fail(QStringLiteral("The database driver does not give lookups its engine."));
     return m_lookups->firstValue(sql, arguments, column);
+}
+
+void databaseControl::runStatement(const QString& sql, const QVariantList& values,
+                                   const QString& shown) {
+    for (int attempt = 0;; ++attempt) {
+        QSqlQuery& query = m_statements->get(sql).query;
+        for (int i = 0; i < values.size(); ++i)
+            query.bindValue(i, values[i]);
+        ++m_statementCount;
+        if (query.exec())
+            return;
+        const QSqlError failure = query.lastError();
+        const QString error = describeFailure(failure);
+        query.finish();
+        // A server forgets nothing it prepared when another workstation
+        // changes a table's shape; it refuses instead, and is asked afresh.
+        if (attempt == 0 && planChanged(failure)) {
+            m_statements->clear();
+            continue;
+        }
+        // A read outside a transaction is simply asked again on a new
+        // connection; one inside a batch fails, since the batch went with it.
+        const bool inBatch = m_batchOpen;
+        if (attempt > 0 || !reconnectIfLost(failure) || inBatch)
+            fail(QStringLiteral("%1 [%2]").arg(error, shown));
+    }
 }
 
 std::optional<QVariant> databaseControl::serverLookup(const QString& sql,
@@ -612,7 +633,7 @@ std::optional<QVariant> databaseControl::serverLookup(const QString& sql,
                                                       const QString& column) {
     std::vector<bool> text;
     for (const QVariant& argument : arguments)
-        text.push_back(isTextArgument(argument));
+        text.push_back(JetSqlTranslator::isTextValue(argument));
     const TranslatedSql translated = JetSqlTranslator::translate(sql, text, SqlDialect::Postgres);
     if (arguments.size() != qsizetype(translated.placeholders.size()))
         fail(QStringLiteral("The lookup takes %1 arguments, %2 given: %3")
@@ -625,56 +646,55 @@ std::optional<QVariant> databaseControl::serverLookup(const QString& sql,
         // The server would refuse to compare it at all; the embedded engine
         // finds no row, and so does this.
         bool number = false;
-        if (translated.numberPlaceholders[k] && isTextArgument(argument)) {
+        if (translated.numberPlaceholders[k] && JetSqlTranslator::isTextValue(argument)) {
             argument.toString().trimmed().toDouble(&number);
             if (!number)
                 return std::nullopt;
         }
         values[translated.placeholders[k]] = argument;
     }
-    for (int attempt = 0;; ++attempt) {
-        StatementCache::Entry& entry = m_statements->get(translated.sql);
-        QSqlQuery& query = entry.query;
-        for (int i = 0; i < values.size(); ++i)
-            query.bindValue(i, values[i]);
-        if (!query.exec()) {
-            const QSqlError failure = query.lastError();
-            const QString error = describeFailure(failure);
-            query.finish();
-            if (attempt == 0 && planChanged(failure)) {
-                m_statements->clear();
-                continue;
-            }
-            const bool inBatch = m_batchOpen;
-            if (attempt > 0 || !reconnectIfLost(failure) || inBatch)
-                fail(QStringLiteral("%1 [%2]").arg(error, sql));
-            continue;
-        }
-        if (!query.next()) {
-            query.finish();
-            return std::nullopt;
-        }
-        int at = 0;
-        if (const QString key = column.trimmed(); !key.isEmpty()) {
-            const QSqlRecord record = query.record();
-            at = record.indexOf(key.toLower());
-            if (at < 0) {
-                const qsizetype dot = key.lastIndexOf(u'.');
-                at = dot > 0 ? record.indexOf(key.mid(dot + 1).toLower()) : -1;
-            }
-            if (at < 0) {
-                query.finish();
-                fail(QStringLiteral("The lookup has no column %1: %2").arg(column, sql));
-            }
-        }
-        RecordsetColumn description;
-        description.name = ClientDatabaseSchema::canonicalColumnName(query.record().fieldName(at));
-        description.yesNo = ClientDatabaseSchema::isYesNoColumn(description.name);
-        description.date = ClientDatabaseSchema::isDateColumn(description.name);
-        const QVariant value = query.isNull(at) ? QVariant() : query.value(at);
-        query.finish();
-        return Recordset::typedValue(description, value);
+    // As openRecordset: asked again within a held batch, answered from the
+    // first answer.
+    QString memoKey;
+    if (m_batchOpen && m_readHolders > 0) {
+        memoKey = memoKeyOf(translated.sql + u'\x1e' + column, values);
+        if (const auto found = m_lookupMemo.constFind(memoKey); found != m_lookupMemo.constEnd())
+            return *found;
     }
+    auto remember = [&](const std::optional<QVariant>& answer) {
+        if (!memoKey.isEmpty()) {
+            if (m_lookupMemo.size() >= 1024)
+                m_lookupMemo.clear();
+            m_lookupMemo.insert(memoKey, answer);
+        }
+        return answer;
+    };
+    runStatement(translated.sql, values, sql);
+    QSqlQuery& query = m_statements->get(translated.sql).query;
+    if (!query.next()) {
+        query.finish();
+        return remember(std::nullopt);
+    }
+    int at = 0;
+    if (const QString key = column.trimmed(); !key.isEmpty()) {
+        const QSqlRecord record = query.record();
+        at = record.indexOf(key.toLower());
+        if (at < 0) {
+            const qsizetype dot = key.lastIndexOf(u'.');
+            at = dot > 0 ? record.indexOf(key.mid(dot + 1).toLower()) : -1;
+        }
+        if (at < 0) {
+            query.finish();
+            fail(QStringLiteral("The lookup has no column %1: %2").arg(column, sql));
+        }
+    }
+    RecordsetColumn description;
+    description.name = ClientDatabaseSchema::canonicalColumnName(query.record().fieldName(at));
+    description.yesNo = ClientDatabaseSchema::isYesNoColumn(description.name);
+    description.date = ClientDatabaseSchema::isDateColumn(description.name);
+    const QVariant value = query.isNull(at) ? QVariant() : query.value(at);
+    query.finish();
+    return remember(Recordset::typedValue(description, value));
 }
 
 int databaseControl::filterRecordset(int handle, const QString& filter) {
@@ -882,6 +902,8 @@ QVariant databaseControl::toStorage(const Recordset& rs, int column, const QVari
 
 bool databaseControl::execute(const QString& sql, const QVariantList& parameters,
                               qint64* insertedKey, QString* error) {
+    m_readMemo.clear();
+    m_lookupMemo.clear();
     if (m_server && isTransactionControl(sql)) {
         QSqlQuery control(QSqlDatabase::database(m_connectionName, false));
         ++m_statementCount;
@@ -948,17 +970,18 @@ void databaseControl::runInTransaction(const QString& sql, const QVariantList& p
         return;
     }
     QString error;
+    // The connection's handle is let go before a reconnection replaces it.
+    auto database = [this] { return QSqlDatabase::database(m_connectionName, false); };
     for (int attempt = 0;; ++attempt) {
-        QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
-        if (!db.transaction()) {
-            const QSqlError failure = db.lastError();
+        if (!database().transaction()) {
+            const QSqlError failure = database().lastError();
             if (attempt == 0 && reconnectIfLost(failure))
                 continue;
             fail(QStringLiteral("Cannot start a transaction: %1").arg(describeFailure(failure)));
         }
         if (execute(sql, parameters, insertedKey, &error))
             break;
-        db.rollback();
+        database().rollback();
         // The write died with its connection before its commit: nothing of
         // it was saved, so it is made once more on a new connection.
         if (m_lostConnection && attempt == 0 && reconnectAfterLoss())
@@ -977,7 +1000,6 @@ void databaseControl::runInTransaction(const QString& sql, const QVariantList& p
 
 void databaseControl::runInBatch(const QString& sql, const QVariantList& parameters,
                                  qint64* insertedKey) {
-    QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
     openBatchTransaction();
     // A savepoint per write, so that a failing write is undone alone and the
     // batch's earlier writes stand.
@@ -1003,7 +1025,7 @@ void databaseControl::runInBatch(const QString& sql, const QVariantList& paramet
         !execute(QStringLiteral("RELEASE qm_write"), {}, nullptr, nullptr)) {
         // The engine ended the whole transaction (a full disk, an I/O
         // fault): the batch's earlier writes went with it.
-        db.rollback();
+        QSqlDatabase::database(m_connectionName, false).rollback();
         m_batchOpen = false;
         fail(QStringLiteral("%1 [%2]; the changes made with it were not saved").arg(error, sql));
     }
@@ -1029,6 +1051,8 @@ void databaseControl::beginWriteBatch(bool holdReads) {
 }
 
 void databaseControl::commitWriteBatch() {
+    m_readMemo.clear();
+    m_lookupMemo.clear();
     if (m_batchOpen) {
         m_batchOpen = false;
         QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "data/Recordset.h"
+
 #include <QDate>
+#include <QHash>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -208,6 +211,10 @@ private:
     // a server table's own key, or its physical row address for a table
     // without a key.
     QString rowKeyColumn(const QString& table) const;
+    // Runs a prepared statement of the cache with its values, asking again
+    // once after a changed table or a lost connection (see connect()).
+    // Throws with `shown` in the message.
+    void runStatement(const QString& sql, const QVariantList& values, const QString& shown);
     std::optional<QVariant> serverLookup(const QString& sql, const QVariantList& arguments,
                                          const QString& column);
     QString describeFailure(const QSqlError& error) const;
@@ -242,6 +249,13 @@ private:
     std::unique_ptr<LookupStatements> m_lookups;
     int m_schemaVersion = -1;
     std::map<int, std::unique_ptr<Recordset>> m_sets;
+    struct MemoRows {
+        std::vector<RecordsetColumn> columns;
+        std::shared_ptr<const QHash<QString, int>> lookup;
+        std::vector<std::vector<QVariant>> rows;
+    };
+    QHash<QString, MemoRows> m_readMemo; // reads of a held batch on a server
+    QHash<QString, std::optional<QVariant>> m_lookupMemo;
     std::map<QString, std::map<QString, QString>> m_columnTypes; // TABLE -> COLUMN -> declared type
     int m_nextHandle = 1;
     qint64 m_statementCount = 0;

@@ -83,6 +83,29 @@ PageLayout::PageLayout(RichTextBox& box, const DocumentModel& model, QObject* pa
 
 PageLayout::~PageLayout() = default;
 
+void PageLayout::releaseDrawnGlyphs(QPainter& painter, int page, int first) const {
+    QTextDocument* doc = document();
+    const int end = doc->characterCount() - 1;
+    const int next = m_display == PageDisplay ? firstPositionOfSheet(page + 1) : end;
+    const auto endsHere = [&](const QTextBlock& block) {
+        return next >= end || block.position() + block.length() <= next;
+    };
+    QTextBlock block = doc->findBlock(first);
+    if (block.isValid() && block.position() < first && endsHere(block)) {
+        // Its lines on this sheet were drawn one by one, which keeps the
+        // glyphs; a layout without its cache drops them after a draw, here
+        // one that draws nothing.
+        block.layout()->setCacheEnabled(false);
+        block.layout()->draw(&painter, QPointF(), {}, QRectF(0, -2, 1, 1));
+        block = block.next();
+    }
+    // The rest are drawn whole by the document's layout, which then drops
+    // their glyphs; a paragraph that runs on to the next sheet keeps them.
+    for (; block.isValid() && block.position() < next && endsHere(block); block = block.next()) {
+        block.layout()->setCacheEnabled(false);
+    }
+}
+
 QTextDocument* PageLayout::document() const {
     return m_box.document();
 }
@@ -204,17 +227,23 @@ void PageLayout::reachPage(int page) {
 int PageLayout::withoutBlankTail(int pages) const {
     pages = std::max(1, pages);
     // A last sheet of blanks and line ends only is no sheet.
-    while (pages > 1) {
-        const int from = firstPositionOfSheet(pages);
-        QTextCursor cursor(document());
-        cursor.setPosition(from);
-        cursor.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
-        if (!cursor.selectedText().trimmed().isEmpty()) {
-            break;
-        }
+    while (pages > 1 && blankFrom(firstPositionOfSheet(pages))) {
         --pages;
     }
     return pages;
+}
+
+bool PageLayout::blankFrom(int position) const {
+    const QTextDocument* doc = document();
+    const int end = doc->characterCount() - 1;
+    // Character by character: a tail is mostly short or soon not blank, and
+    // copying out the whole tail of a long document for each sheet is not.
+    for (int at = std::max(0, position); at < end; ++at) {
+        if (!doc->characterAt(at).isSpace()) {
+            return false;
+        }
+    }
+    return true;
 }
 
 void PageLayout::setKnownPages(int pages) {
@@ -232,6 +261,34 @@ int PageLayout::totalPages() const {
     // Now that everything is laid out, whoever paints learns the count too.
     const_cast<PageLayout*>(this)->setKnownPages(document()->documentLayout()->pageCount());
     return m_knownPages;
+}
+
+bool PageLayout::hasSheet(int page) const {
+    if (page <= 1) {
+        return page == 1;
+    }
+    if (m_display != PageDisplay) {
+        return false;
+    }
+    // As totalPages() counts: a sheet on which a line starts, with something
+    // other than blanks from there on.
+    const int first = firstPositionOfSheet(page);
+    return first < document()->characterCount() - 1 && !blankFrom(first);
+}
+
+int PageLayout::pagesUpTo(int page) const {
+    if (page <= 1 || m_display != PageDisplay) {
+        return 1;
+    }
+    // Fewer sheets than that: what is left to lay out holds no sheet.
+    return hasSheet(page) ? page : totalPages();
+}
+
+void PageLayout::keepGlyphsUntilDrawn() {
+    m_keepGlyphs = true;
+    for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
+        block.layout()->setCacheEnabled(true);
+    }
 }
 
 int PageLayout::pageOfY(double layoutY) const {
@@ -281,20 +338,11 @@ int PageLayout::firstPositionOfSheet(int page) const {
         return end;
     }
     const double top = (page - 1) * pageStride();
-    // Blocks stand in document order from the top: find the first block
-    // whose bottom lies below the sheet's top, then its first line there.
-    int low = 0;
-    int high = doc->blockCount() - 1;
     QAbstractTextDocumentLayout* layout = doc->documentLayout();
-    while (low < high) {
-        const int mid = (low + high) / 2;
-        if (layout->blockBoundingRect(doc->findBlockByNumber(mid)).bottom() <= top) {
-            low = mid + 1;
-        } else {
-            high = mid;
-        }
-    }
-    for (QTextBlock block = doc->findBlockByNumber(low); block.isValid(); block = block.next()) {
+    // The first block whose bottom lies below the sheet's top, then its
+    // first line there.
+    for (QTextBlock block = doc->findBlockByNumber(firstBlockBelow(top)); block.isValid();
+         block = block.next()) {
         const QTextLayout* blockLayout = block.layout();
         const QRectF rect = layout->blockBoundingRect(block);
         const double origin = rect.top() - (blockLayout ? blockLayout->boundingRect().top() : 0);
@@ -307,6 +355,47 @@ int PageLayout::firstPositionOfSheet(int page) const {
         }
     }
     return end;
+}
+
+int PageLayout::firstBlockBelow(double top) const {
+    const QTextDocument* doc = document();
+    QAbstractTextDocumentLayout* layout = doc->documentLayout();
+    const int last = doc->blockCount() - 1;
+    // Blocks stand in document order from the top. Asking for a block's
+    // rectangle lays the document out down to it.
+    const auto above = [&](int number) {
+        return layout->blockBoundingRect(doc->findBlockByNumber(number)).bottom() <= top;
+    };
+    int low = 0;
+    int high = std::clamp(m_searchHint, 0, last);
+    if (above(high)) {
+        // On from the last answer in growing steps, so that the search lays
+        // out at most about as far again as the distance to the answer.
+        low = high + 1;
+        for (int step = 1;; step *= 2) {
+            const int probe = low + step - 1;
+            if (probe >= last) {
+                high = last;
+                break;
+            }
+            if (!above(probe)) {
+                high = probe;
+                break;
+            }
+            low = probe + 1;
+        }
+        low = std::min(low, last);
+    }
+    while (low < high) {
+        const int mid = (low + high) / 2;
+        if (above(mid)) {
+            low = mid + 1;
+        } else {
+            high = mid;
+        }
+    }
+    m_searchHint = low;
+    return low;
 }
 
 int PageLayout::endPositionOfSheet(int page) const {
@@ -461,6 +550,9 @@ void PageLayout::paintSheetText(QPainter& painter, int page, int caret,
             }
         }
         context.clip.setTop(std::max(context.clip.top(), rect.bottom() + 0.5));
+    }
+    if (m_keepGlyphs) {
+        releaseDrawnGlyphs(painter, page, first);
     }
     context.cursorPosition = caret;
     context.palette.setColor(QPalette::Text, Qt::black);

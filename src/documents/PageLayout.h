@@ -78,6 +78,21 @@ public:
 
     // Pages of the whole document: lays everything out. At least 1.
     int totalPages() const;
+    // Whether sheet `page` exists (page <= totalPages()), laying out no
+    // further than that sheet and the one after it.
+    bool hasSheet(int page) const;
+    // min(page, totalPages()), laying out no further than hasSheet() does.
+    int pagesUpTo(int page) const;
+
+    // For one pass from a sheet to the sheets after it, as PDF and printing
+    // make: from now on each paragraph keeps the glyphs its layout shapes
+    // until paintSheetText() has drawn its last line, so a line is shaped
+    // once instead of once to lay it out and again to draw it. Only what is
+    // laid out and not yet drawn holds glyphs, so the pass must not lay out
+    // far ahead (totalPages() lays out everything: ask hasSheet() instead).
+    // Call it while loading, before endLoad() starts the layout.
+    void keepGlyphsUntilDrawn();
+    bool keepsGlyphsUntilDrawn() const { return m_keepGlyphs; }
     // Pages laid out so far; never forces the layout. At least 1.
     int laidOutPages() const { return m_knownPages; }
     // Tells the layout that a sheet exists because something (the caret)
@@ -143,6 +158,13 @@ private:
     void onSize(const QSizeF& size);
     void setKnownPages(int pages);
     int withoutBlankTail(int pages) const;
+    // Whether the document from `position` to its end holds nothing but
+    // blanks and line ends.
+    bool blankFrom(int position) const;
+    // The first block (number) whose bottom lies below layout height `top`.
+    int firstBlockBelow(double top) const;
+    // Lets the paragraphs whose last line is on sheet `page` drop their glyphs.
+    void releaseDrawnGlyphs(QPainter& painter, int page, int first) const;
 
     RichTextBox& m_box;
     const DocumentModel& m_model;
@@ -158,4 +180,9 @@ private:
     // the layout last reported its size (continuous display).
     mutable double m_queriedBottom = 0;
     bool m_loading = false;
+    bool m_keepGlyphs = false;
+    // Where the last search for a sheet's first block ended: sheets are
+    // mostly asked for in order, and searching on from there lays out no
+    // further than the sheet asked for.
+    mutable int m_searchHint = 0;
 };

@@ -182,4 +182,15 @@ QString captionOfType(const QString& current, int documentType) {
     return DocumentFile::caption(documentType, base);
 }
 
+bool changeTemplateInformation(DocumentModel& model, QString& caption, InformationKind kind) {
+    if (model.documentType == DocumentModel::MergeResults ||
+        model.documentType == DocumentModel::SavedMergeResult) {
+        return false;
+    }
+    model.documentType = DocumentModel::Template;
+    model.InformationType = kind;
+    caption = captionOfType(caption, DocumentModel::Template);
+    return true;
+}
+
 } // namespace MergeDocumentFlow

@@ -65,6 +65,11 @@ std::unique_ptr<MergeRun> createMergeDoc(MergeRequest request, ProgressReporter&
 // A caption of another document type: `current` without the prefix of any
 // merge type, behind the prefix of `documentType` ("Merge Template - ").
 QString captionOfType(const QString& current, int documentType);
+// A document taking another kind of merge data becomes a template of that
+// kind: documentType 2, InformationType `kind`, the caption that of a
+// template. A merge result (type 3 or 4) keeps the kind of its run and is
+// left as it is: false then.
+bool changeTemplateInformation(DocumentModel& model, QString& caption, InformationKind kind);
 // "Merge Results - " and the template's caption without its own prefix.
 QString resultCaption(const QString& templateCaption);
 

@@ -10,7 +10,8 @@
 #include <QFileInfo>
 
 std::unique_ptr<PaginatedDocument>
-PaginatedDocument::open(const QString& path, const std::function<void(const QString&)>& warn) {
+PaginatedDocument::load(const QString& path, const std::function<void(const QString&)>& warn,
+                        bool keepGlyphsUntilDrawn) {
     // Refused as the document window refuses it: a folder, binary data.
     if (const std::optional<QString> refusal = refuseBeforeOpening(path)) {
         throw QmError(QmError::InvalidFileFormat, *refusal);
@@ -21,15 +22,31 @@ PaginatedDocument::open(const QString& path, const std::function<void(const QStr
     OpenedDocument opened = DocumentFile::open(path, document->box, warn);
     document->model = opened.model;
     document->caption = opened.caption;
+    if (keepGlyphsUntilDrawn) {
+        document->layout.keepGlyphsUntilDrawn();
+    }
     document->layout.endLoad();
     return document;
+}
+
+std::unique_ptr<PaginatedDocument>
+PaginatedDocument::openToWrite(const QString& path,
+                               const std::function<void(const QString&)>& warn) {
+    return load(path, warn, true);
+}
+
+std::unique_ptr<PaginatedDocument>
+PaginatedDocument::open(const QString& path, const std::function<void(const QString&)>& warn) {
+    return load(path, warn, false);
 }
 
 PrintOutcome writeDocumentPdf(const PageLayout& layout, const DocumentModel& geometry,
                               const QString& path, const PageRange& range, const QString& title,
                               ProgressReporter& progress) {
-    const int last =
-        range.toPage == 0 ? layout.totalPages() : std::min(range.toPage, layout.totalPages());
+    // A layout that keeps its glyphs until drawn is laid out as the sheets
+    // are written, and its count is known at the end only.
+    const int known = layout.keepsGlyphsUntilDrawn() ? 0 : layout.totalPages();
+    const int last = range.toPage == 0 ? known : std::min(range.toPage, known);
     PdfTarget target(path, title);
     progress.begin(QStringLiteral("Writing PDF"), std::max(0, last - range.fromPage + 1));
     if (!target.begin(geometry)) {
@@ -37,7 +54,10 @@ PrintOutcome writeDocumentPdf(const PageLayout& layout, const DocumentModel& geo
         return {0, false, target.error()};
     }
     int written = 0;
-    for (int page = range.fromPage; page <= last; ++page) {
+    for (int page = range.fromPage; range.toPage == 0 || page <= range.toPage; ++page) {
+        if (known > 0 ? page > last : !layout.hasSheet(page)) {
+            break;
+        }
         progress.step(QStringLiteral("Preparing to print: ") + title);
         if (progress.cancelled()) {
             target.abort();

@@ -27,6 +27,18 @@ struct PaginatedDocument {
     // setup go to `warn`.
     static std::unique_ptr<PaginatedDocument>
     open(const QString& path, const std::function<void(const QString&)>& warn = {});
+    // The same, for writing its sheets out once from the first on (see
+    // PageLayout::keepGlyphsUntilDrawn()): ask layout.hasSheet() rather
+    // than totalPages() before writing, which would hold every glyph, and
+    // use open() for a range that starts further on, whose earlier sheets
+    // would keep theirs.
+    static std::unique_ptr<PaginatedDocument>
+    openToWrite(const QString& path, const std::function<void(const QString&)>& warn = {});
+
+private:
+    static std::unique_ptr<PaginatedDocument> load(const QString& path,
+                                                   const std::function<void(const QString&)>& warn,
+                                                   bool keepGlyphsUntilDrawn);
 };
 
 // Writes the sheets of `range` (fitted to the document) of a paginated

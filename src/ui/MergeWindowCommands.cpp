@@ -69,10 +69,6 @@ std::vector<MergedRecord> tickedLetters(const MergeResultNavigator& letters) {
     return ticked;
 }
 
-QMdiSubWindow* windowOf(frmDocument& document) {
-    return qobject_cast<QMdiSubWindow*>(document.parentWidget());
-}
-
 } // namespace
 
 // ---------------------------------------------------------------------------
@@ -464,21 +460,9 @@ bool MergeWindowCommands::fileLetters(frmDocument& result) {
 }
 
 void MergeWindowCommands::changeTemplateInformation(frmDocument& document, InformationKind kind) {
-    const int type = document.documentType();
-    if (type == DocumentModel::MergeResults || type == DocumentModel::SavedMergeResult) {
+    if (!document.changeTemplateInformation(kind)) {
         return;
     }
-    AppContext& ctx = app();
-    const bool was = ctx.isCreatingDocument;
-    ctx.isCreatingDocument = true;
-    document.setDocumentType(DocumentModel::Template);
-    document.setInformationType(kind);
-    document.DocumentCaption =
-        MergeDocumentFlow::captionOfType(document.DocumentCaption, DocumentModel::Template);
-    if (QMdiSubWindow* sub = windowOf(document)) {
-        sub->setWindowTitle(document.DocumentCaption);
-    }
-    ctx.isCreatingDocument = was;
     m_listedKind = -1;
     setupMergeToolBar();
     m_main.refreshMenuStatus();

@@ -2,10 +2,12 @@
 
 #include "context/AppContext.h"
 #include "documents/DocumentKeys.h"
+#include "merge/MergeDocumentFlow.h"
 #include "platform/MsgboxClass.h"
 #include "ui/PageView.h"
 
 #include <QKeyEvent>
+#include <QMdiSubWindow>
 #include <QScrollBar>
 #include <QTextDocument>
 #include <QVBoxLayout>
@@ -45,6 +47,22 @@ frmDocument::~frmDocument() {
 void frmDocument::setDocumentType(int type) {
     m_model.documentType = type;
     m_box.setLocked(type == DocumentKeys::LockedResultType);
+}
+
+bool frmDocument::changeTemplateInformation(InformationKind kind) {
+    AppContext& ctx = app();
+    const bool was = ctx.isCreatingDocument;
+    ctx.isCreatingDocument = true;
+    const bool changed =
+        MergeDocumentFlow::changeTemplateInformation(m_model, DocumentCaption, kind);
+    if (changed) {
+        setDocumentType(m_model.documentType);
+        if (auto* frame = qobject_cast<QMdiSubWindow*>(parentWidget())) {
+            frame->setWindowTitle(DocumentCaption);
+        }
+    }
+    ctx.isCreatingDocument = was;
+    return changed;
 }
 
 void frmDocument::setupDocument(bool resetScroll, bool /*rewrap*/) {

@@ -87,6 +87,11 @@ public:
     void changePageDisplayType();
     // Brings the caret into view.
     void adjustDisplayForCursorPosition();
+    // The template takes another kind of merge data: see
+    // MergeDocumentFlow::changeTemplateInformation, which this runs with
+    // isCreatingDocument set, then shows the new caption on the window's
+    // frame. False, and nothing changed, for a merge result.
+    bool changeTemplateInformation(InformationKind kind);
     // Empties the document: one page, caret on it.
     void clearRTFText();
     // The whole document as RTF, for printing and saving.

@@ -390,6 +390,12 @@ void frmMain::addRecentFile(const QString& path) {
 
 void frmMain::addDocumentWindow(frmDocument* document, const QString& caption) {
     document->DocumentCaption = caption;
+    const DocumentStartup startup = readDocumentStartup(app().iniSettings);
+    if (startup != DocumentStartup::Maximized) {
+        // Tabs show every document maximised: a window of its own size needs
+        // the area's window view, as Cascade and Tile do, before it is added.
+        m_area->setViewMode(QMdiArea::SubWindowView);
+    }
     QMdiSubWindow* sub = m_area->addSubWindow(document);
     sub->setAttribute(Qt::WA_DeleteOnClose);
     sub->setWindowTitle(caption);
@@ -408,12 +414,27 @@ void frmMain::addDocumentWindow(frmDocument* document, const QString& caption) {
     connect(document->rtfText().document(), &QTextDocument::undoAvailable, this,
             &frmMain::refreshMenuStatus);
     watchDocument(sub);
-    sub->showMaximized();
+    showAtStartupPosition(sub, startup);
     // An area without the focus does not activate what it adds.
     if (!m_area->activeSubWindow()) {
         onDocumentActivated(sub);
     }
     Q_EMIT documentWindowAdded(sub);
+}
+
+void frmMain::showAtStartupPosition(QMdiSubWindow* sub, DocumentStartup startup) {
+    switch (startup) {
+    case DocumentStartup::Maximized:
+        sub->showMaximized();
+        return;
+    case DocumentStartup::Normal:
+        sub->showNormal();
+        return;
+    case DocumentStartup::Minimized:
+        sub->showMinimized();
+        arrangeDocuments(Arrangement::Icons);
+        return;
+    }
 }
 
 void frmMain::watchDocument(QMdiSubWindow* sub) {

@@ -2,6 +2,7 @@
 
 #include "app/MainWindowHost.h"
 #include "app/modMenuStatus.h"
+#include "app/modOptions.h"
 #include "ui/QtFileDialogs.h"
 #include "ui/QtMsgbox.h"
 #include "ui/QtProgress.h"
@@ -125,6 +126,9 @@ private:
     enum class Arrangement { Cascade, TileHorizontal, TileVertical, Icons };
     void arrangeDocuments(Arrangement how);
     void setAllDocumentsState(Qt::WindowState state);
+    // Shows a new document window as the Options dialog's "document startup
+    // position" says.
+    void showAtStartupPosition(QMdiSubWindow* sub, DocumentStartup startup);
 
     QMdiArea* m_area;
     CommandActions* m_commands = nullptr;

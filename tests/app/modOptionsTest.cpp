@@ -170,3 +170,22 @@ TEST(modOptionsTest, JunkAndBothTruthSpellingsReadSafely) {
                       QStringLiteral("3"));
     EXPECT_EQ(Getdata(&f.ini, {}).documentState, 2);
 }
+
+TEST(modOptionsTest, DocumentStartupIsTheStoredIndexOrMaximised) {
+    EXPECT_EQ(readDocumentStartup(nullptr), DocumentStartup::Maximized);
+    const struct {
+        const char* stored;
+        DocumentStartup expected;
+    } cases[] = {{"0", DocumentStartup::Normal},     {" 1 ", DocumentStartup::Minimized},
+                 {"2", DocumentStartup::Maximized},  {"3", DocumentStartup::Maximized},
+                 {"-1", DocumentStartup::Maximized}, {"Normal", DocumentStartup::Maximized}};
+    for (const auto& c : cases) {
+        Fixture f;
+        f.ini.setKeyValue(QStringLiteral("Document"), QStringLiteral("WindowState"),
+                          QLatin1String(c.stored));
+        EXPECT_EQ(readDocumentStartup(&f.ini), c.expected) << c.stored;
+    }
+    Fixture missing;
+    EXPECT_EQ(readDocumentStartup(&missing.ini), DocumentStartup::Maximized);
+    EXPECT_EQ(missing.value("Document", "WindowState"), QStringLiteral("2"));
+}

@@ -4,9 +4,13 @@
 #include "documents/NumberedLines.h"
 #include "platform/richtext/RichTextBox.h"
 
+#include <QImage>
+#include <QPainter>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <algorithm>
 #include <gtest/gtest.h>
+#include <vector>
 
 namespace {
 
@@ -171,6 +175,89 @@ TEST(PageLayoutTest, LoadingSwitchesTheLayoutOffUntilTheEnd) {
     w.layout.endLoad();
     EXPECT_EQ(w.layout.totalPages(), reference.layout.totalPages());
     EXPECT_GT(w.layout.totalPages(), 1);
+}
+
+// Long paragraphs that run over sheet breaks (one over two), short ones, and blank lines
+// at the end that make no sheet.
+QString runOnText() {
+    QString text;
+    for (int i = 0; i < 20; ++i) {
+        text += QStringLiteral("Paragraph %1.").arg(i);
+        // Paragraph 5 runs over two sheet breaks.
+        for (int s = 0; s < (i == 5 ? 300 : i % 4 == 1 ? 100 : 2); ++s) {
+            text += QStringLiteral(" Sentence %1 of the accounts.").arg(s);
+        }
+        text += QStringLiteral("\r\n");
+    }
+    return text + QStringLiteral("\r\n \r\n\r\n");
+}
+
+// Sheets are looked for on from the last one asked for; asked for in any
+// order, on a layout not yet run, each starts where it does when everything
+// is laid out first and asked for in order.
+TEST(PageLayoutTest, SheetsAskedForInAnyOrderStartWhereTheyDo) {
+    Window all;
+    all.box.setText(runOnText());
+    const int pages = all.layout.totalPages();
+    ASSERT_GE(pages, 5);
+    std::vector<int> starts;
+    for (int page = 1; page <= pages + 2; ++page) {
+        starts.push_back(all.layout.firstPositionOfSheet(page));
+    }
+    EXPECT_EQ(starts[size_t(pages)], all.box.document()->characterCount() - 1);
+
+    for (const std::vector<int>& order :
+         {std::vector<int>{pages + 2, 1, 3, 2, pages, 4}, std::vector<int>{5, 4, 3, 2, 1, 6}}) {
+        Window lazy;
+        lazy.box.setText(runOnText());
+        for (int page : order) {
+            EXPECT_EQ(lazy.layout.firstPositionOfSheet(page), starts[size_t(page - 1)])
+                << "sheet " << page;
+        }
+    }
+}
+
+// hasSheet() and pagesUpTo() count as totalPages() does, blank tail and all,
+// asked before anything has laid the document out to its end.
+TEST(PageLayoutTest, SheetsAreCountedAsFarAsAskedAsTheTotalCountsThem) {
+    Window all;
+    all.box.setText(runOnText());
+    const int pages = all.layout.totalPages();
+    for (int page = -1; page <= pages + 2; ++page) {
+        Window lazy;
+        lazy.box.setText(runOnText());
+        EXPECT_EQ(lazy.layout.hasSheet(page), page >= 1 && page <= pages) << page;
+        EXPECT_EQ(lazy.layout.pagesUpTo(page), std::clamp(page, 1, pages)) << page;
+    }
+}
+
+// Keeping glyphs until drawn changes nothing that is drawn: every sheet,
+// drawn in order as a PDF is written, looks as the window's layout draws it.
+TEST(PageLayoutTest, KeepingGlyphsUntilDrawnDrawsTheSameSheets) {
+    Window plain;
+    plain.box.setText(runOnText());
+    Window once;
+    once.layout.beginLoad();
+    once.box.setText(runOnText());
+    once.layout.keepGlyphsUntilDrawn();
+    once.layout.endLoad();
+    const auto draw = [](const PageLayout& layout, int page) {
+        const QRect text = layout.textRect(page);
+        QImage image(text.width() / 10, text.height() / 10, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        painter.scale(0.1, 0.1);
+        painter.translate(-text.topLeft());
+        layout.paintSheetText(painter, page, -1, {});
+        return image;
+    };
+    int page = 1;
+    for (; once.layout.hasSheet(page); ++page) {
+        const QImage drawn = draw(once.layout, page);
+        EXPECT_EQ(drawn, draw(plain.layout, page)) << "sheet " << page;
+        EXPECT_NE(drawn, draw(plain.layout, page + 1)) << "sheet " << page << " is blank";
+    }
+    EXPECT_EQ(page - 1, plain.layout.totalPages());
 }
 
 } // namespace

@@ -286,4 +286,34 @@ TEST_F(MergeDocumentFlowTest, ResultCaptionsReplaceTheTemplatePrefix) {
               "Merge Template - Letter");
 }
 
+// A template given another kind of merge data: a standard document becomes
+// a template, a template changes kind; a merge result is no template.
+TEST(MergeTemplateTest, ChangingTheTemplatesInformationMakesItATemplateOfThatKind) {
+    DocumentModel model;
+    QString caption = QStringLiteral("Year End");
+    ASSERT_TRUE(
+        MergeDocumentFlow::changeTemplateInformation(model, caption, InformationKind::Contacts));
+    EXPECT_EQ(model.documentType, DocumentModel::Template);
+    EXPECT_EQ(model.InformationType, InformationKind::Contacts);
+    EXPECT_EQ(caption, "Merge Template - Year End");
+
+    ASSERT_TRUE(MergeDocumentFlow::changeTemplateInformation(model, caption,
+                                                             InformationKind::Appointments));
+    EXPECT_EQ(model.InformationType, InformationKind::Appointments);
+    EXPECT_EQ(caption, "Merge Template - Year End") << "one prefix only";
+
+    for (const int type :
+         {int(DocumentModel::MergeResults), int(DocumentModel::SavedMergeResult)}) {
+        DocumentModel result;
+        result.documentType = type;
+        result.InformationType = InformationKind::Companies;
+        QString resultCaption = QStringLiteral("Merge Results - Year End");
+        EXPECT_FALSE(MergeDocumentFlow::changeTemplateInformation(result, resultCaption,
+                                                                  InformationKind::Tasks));
+        EXPECT_EQ(result.documentType, type);
+        EXPECT_EQ(result.InformationType, InformationKind::Companies);
+        EXPECT_EQ(resultCaption, "Merge Results - Year End");
+    }
+}
+
 } // namespace

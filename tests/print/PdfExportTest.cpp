@@ -89,6 +89,54 @@ TEST_F(PdfExportTest, ARangeWritesOnlyItsPages) {
     EXPECT_EQ(PdfText::pageWords(pdf, 1), words(document->layout.sheetText(2)));
 }
 
+// Paragraphs long enough to run from one sheet onto the next (one over two
+// breaks), short ones
+// between, and blank lines at the end that make no sheet of their own.
+QString runOnLetter() {
+    QString text;
+    for (int i = 0; i < 14; ++i) {
+        text += QStringLiteral("Paragraph %1 begins.").arg(i);
+        for (int s = 0; s < (i == 4 ? 240 : i % 3 == 0 ? 80 : 3); ++s) {
+            text += QStringLiteral(" The accounts for sentence %1 are in order.").arg(s);
+        }
+        text += QStringLiteral("\r\n");
+    }
+    return text + QStringLiteral("\r\n\r\n   \r\n");
+}
+
+// A document opened to be written once is laid out as its sheets are drawn,
+// keeping glyphs only until then: its PDF must hold the sheets, and the
+// text of each, that the window's layout of the same file shows.
+TEST_F(PdfExportTest, WritingAsTheLayoutGoesGivesTheWindowsSheets) {
+    const QString source = env.path(QStringLiteral("run-on.rtf"));
+    {
+        RichTextBox box;
+        box.setText(runOnLetter());
+        DocumentFile::save(source, box, DocumentModel());
+    }
+    const auto window = PaginatedDocument::open(source);
+    const int pages = window->layout.totalPages();
+    ASSERT_GE(pages, 5);
+    for (const PageRange range : {PageRange{}, PageRange{2, 0}, PageRange{3, 4}}) {
+        const auto once = PaginatedDocument::openToWrite(source);
+        ASSERT_TRUE(once->layout.keepsGlyphsUntilDrawn());
+        const QString pdf = env.path(QStringLiteral("once-%1.pdf").arg(range.fromPage));
+        NullProgress progress;
+        const PrintOutcome outcome =
+            writeDocumentPdf(once->layout, once->model, pdf, range, {}, progress);
+        ASSERT_TRUE(outcome.ok()) << outcome.error.toStdString();
+        const int last = range.toPage == 0 ? pages : range.toPage;
+        EXPECT_EQ(outcome.pages, last - range.fromPage + 1) << range.fromPage;
+        EXPECT_EQ(PdfText::info(pdf, QStringLiteral("Pages")).toInt(), outcome.pages);
+        for (int page = range.fromPage; page <= last; ++page) {
+            EXPECT_EQ(PdfText::pageWords(pdf, page - range.fromPage + 1),
+                      words(window->layout.sheetText(page)))
+                << "range from " << range.fromPage << ", page " << page;
+        }
+        EXPECT_EQ(once->layout.totalPages(), pages);
+    }
+}
+
 TEST_F(PdfExportTest, AMergedBatchHasTheSumOfItsLettersPages) {
     std::vector<PrintLetter> letters;
     int expected = 0;
@@ -195,6 +243,30 @@ TEST_F(PdfExportTest, ThePdfCommandAgreesWithThePagesCommand) {
         ASSERT_GE(text.size(), head.size());
         EXPECT_EQ(text.mid(0, head.size() - 1), head.mid(0, head.size() - 1)) << page;
     }
+}
+
+TEST_F(PdfExportTest, ThePdfCommandCountsOnlyAsFarAsItsRange) {
+    const QString source = env.path(QStringLiteral("run-on.rtf"));
+    {
+        RichTextBox box;
+        box.setText(runOnLetter());
+        DocumentFile::save(source, box, DocumentModel());
+    }
+    const int pages = PaginatedDocument::open(source)->layout.totalPages();
+    const QString pdf = env.path(QStringLiteral("cli.pdf"));
+    const ProgramRun all = runProgram({QStringLiteral("pdf"), source, pdf});
+    ASSERT_EQ(all.status, 0) << all.err.toStdString();
+    EXPECT_EQ(all.out, QStringLiteral("%1: %2 pages\n").arg(pdf).arg(pages));
+    const ProgramRun tail =
+        runProgram({QStringLiteral("pdf"), source, pdf, QStringLiteral("--pages"),
+                    QStringLiteral("%1-99999").arg(pages - 1)});
+    ASSERT_EQ(tail.status, 0) << tail.err.toStdString();
+    EXPECT_EQ(tail.out, QStringLiteral("%1: 2 pages\n").arg(pdf));
+    const ProgramRun beyond = runProgram({QStringLiteral("pdf"), source, pdf,
+                                          QStringLiteral("--pages"), QString::number(pages + 1)});
+    EXPECT_EQ(beyond.status, 2);
+    EXPECT_TRUE(beyond.err.contains(QStringLiteral("only %1 pages").arg(pages)))
+        << beyond.err.toStdString();
 }
 
 TEST_F(PdfExportTest, TheCommandRefusesBadRangesAndWritesNothing) {

@@ -8,6 +8,8 @@
 #include <QAbstractScrollArea>
 #include <QAccessible>
 #include <QApplication>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QScrollBar>
 #include <QTest>
 #include <QTextDocument>
@@ -231,6 +233,30 @@ TEST(frmDocumentTest, PaintsWhiteSheetsWithShadowsAndTheText) {
         }
     }
     EXPECT_TRUE(ink);
+}
+
+// The window's part: the change runs as a document being made (no event
+// of the text acts meanwhile), and its frame shows the new caption.
+TEST(frmDocumentTest, ChangingTheTemplateInformationRetitlesTheFrame) {
+    ScopedAppContext context;
+    QMdiArea area;
+    auto* document = new frmDocument;
+    document->DocumentCaption = QStringLiteral("Year End");
+    QMdiSubWindow* frame = area.addSubWindow(document);
+    bool creatingMeanwhile = false;
+    QObject::connect(frame, &QWidget::windowTitleChanged,
+                     [&] { creatingMeanwhile = app().isCreatingDocument; });
+    ASSERT_TRUE(document->changeTemplateInformation(InformationKind::Tasks));
+    EXPECT_EQ(frame->windowTitle(), QStringLiteral("Merge Template - Year End"));
+    EXPECT_EQ(document->documentType(), 2);
+    EXPECT_EQ(document->InformationType(), InformationKind::Tasks);
+    EXPECT_TRUE(creatingMeanwhile);
+    EXPECT_FALSE(app().isCreatingDocument);
+
+    document->setDocumentType(4);
+    EXPECT_FALSE(document->changeTemplateInformation(InformationKind::Contacts));
+    EXPECT_EQ(document->documentType(), 4);
+    EXPECT_EQ(document->InformationType(), InformationKind::Tasks);
 }
 
 } // namespace

@@ -336,6 +336,39 @@ TEST_F(MainWindowTest, TileVerticalPutsDocumentsSideBySideAndMaximisingBringsTab
     EXPECT_EQ(area->viewMode(), QMdiArea::TabbedView);
 }
 
+// The Options dialog's "document startup position" decides how the next
+// document window comes up; it was stored and then not used.
+TEST_F(MainWindowTest, NewDocumentsOpenAtTheStartupPositionOfTheOptions) {
+    TestEnvironment env;
+    clsINI ini;
+    ini.setINIFile(env.path("QuillmerePad.ini"));
+    app().iniSettings = &ini;
+    QMdiArea* area = window.MDIArea();
+    const auto opened = [&](const char* state) {
+        ini.setKeyValue(QStringLiteral("Document"), QStringLiteral("WindowState"),
+                        QLatin1String(state));
+        window.runCommand(QStringLiteral("mnuFileNewStandard"));
+        return area->subWindowList().back();
+    };
+    for (QMdiSubWindow* sub : area->subWindowList()) {
+        delete sub;
+    }
+    QMdiSubWindow* normal = opened("0");
+    EXPECT_FALSE(normal->isMaximized());
+    EXPECT_FALSE(normal->isMinimized());
+    EXPECT_EQ(area->viewMode(), QMdiArea::SubWindowView);
+    EXPECT_TRUE(opened("1")->isMinimized());
+    EXPECT_FALSE(normal->isMaximized());
+    QMdiSubWindow* maximised = opened("2");
+    EXPECT_TRUE(maximised->isMaximized());
+    EXPECT_EQ(area->viewMode(), QMdiArea::TabbedView);
+    // Beside maximised documents too, the tabs give way to windows.
+    EXPECT_FALSE(opened("0")->isMaximized());
+    EXPECT_EQ(area->viewMode(), QMdiArea::SubWindowView);
+    EXPECT_TRUE(opened("junk")->isMaximized());
+    app().iniSettings = nullptr;
+}
+
 TEST_F(MainWindowTest, CommandsWaitWhileADocumentIsBeingCreated) {
     app().isCreatingDocument = true;
     window.runCommand(QStringLiteral("mnuFileNewStandard"));

@@ -100,10 +100,15 @@ void applyScale(QTextDocument& document, double scale) {
     QTextCursor cursor(&document);
     cursor.beginEditBlock();
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
-        QTextBlockFormat format = block.blockFormat();
+        const QTextBlockFormat before = block.blockFormat();
+        QTextBlockFormat format = before;
         scaleBlockFormat(format, scale);
-        cursor.setPosition(block.position());
-        cursor.setBlockFormat(format);
+        // A document read for this device has its paragraphs scaled already;
+        // setting a format costs even when it changes nothing.
+        if (format != before) {
+            cursor.setPosition(block.position());
+            cursor.setBlockFormat(format);
+        }
         scaleImages(block, scale);
     }
     // Column widths of tables.

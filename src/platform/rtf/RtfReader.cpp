@@ -29,6 +29,22 @@ template <typename Text> qsizetype headerStart(const Text& text) {
     return i;
 }
 
+// Switches a document's undo history off for its lifetime.
+class UndoPaused {
+public:
+    explicit UndoPaused(QTextDocument& document)
+        : m_document(document), m_enabled(document.isUndoRedoEnabled()) {
+        m_document.setUndoRedoEnabled(false);
+    }
+    ~UndoPaused() { m_document.setUndoRedoEnabled(m_enabled); }
+    UndoPaused(const UndoPaused&) = delete;
+    UndoPaused& operator=(const UndoPaused&) = delete;
+
+private:
+    QTextDocument& m_document;
+    bool m_enabled;
+};
+
 } // namespace
 
 bool RtfReader::hasRtfHeader(const QByteArray& bytes) {
@@ -50,6 +66,9 @@ void RtfReader::read(const QString& text, QTextDocument& document) {
         throw QmError(QmError::InvalidFileFormat, QStringLiteral("Invalid file format"));
     }
     document.clear();
+    // A read replaces everything and leaves no history: recording each
+    // inserted piece for undo would only slow a long document down.
+    const UndoPaused paused(document);
     QTextCursor cursor(&document);
     RtfParser parser(cursor, /*replaceDocument=*/true);
     parser.parse(QStringView(text).mid(headerStart(text)));

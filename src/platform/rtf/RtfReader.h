@@ -17,8 +17,8 @@ public:
     static bool hasRtfHeader(const QByteArray& bytes);
     static bool hasRtfHeader(const QString& text);
 
-    // Replaces the document's content. Throws QmError InvalidFileFormat
-    // when the input is no RTF.
+    // Replaces the document's content and empties its undo history. Throws
+    // QmError InvalidFileFormat when the input is no RTF.
     static void read(const QByteArray& bytes, QTextDocument& document);
     static void read(const QString& text, QTextDocument& document);
 

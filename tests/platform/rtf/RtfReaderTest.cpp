@@ -1,8 +1,8 @@
 #include "platform/rtf/RtfReader.h"
 
+#include "platform/errorClass.h"
 #include "platform/richtext/RichTextBox.h"
 #include "platform/richtext/RichTextFormat.h"
-#include "platform/errorClass.h"
 #include "support/TestEnvironment.h"
 
 #include <QBuffer>
@@ -329,5 +329,27 @@ INSTANTIATE_TEST_SUITE_P(Corpus, RtfCorpusTest,
                          [](const auto& p) {
                              return p.param.toStdString().erase(p.param.indexOf('-'), 1);
                          });
+
+// A read replaces the document and its history: nothing of it can be
+// undone, while the document records edits after it as it did before, and
+// one that records none goes on recording none.
+TEST(RtfReaderHistoryTest, AReadLeavesNoHistoryAndKeepsTheDocumentsUndoSetting) {
+    QTextDocument document;
+    QTextCursor(&document).insertText(QStringLiteral("before"));
+    ASSERT_TRUE(document.isUndoAvailable());
+    RtfReader::read(QStringLiteral("{\\rtf1 one\\par two\\par}"), document);
+    EXPECT_EQ(document.toPlainText(), QStringLiteral("one\ntwo"));
+    EXPECT_FALSE(document.isUndoAvailable());
+    EXPECT_TRUE(document.isUndoRedoEnabled());
+    QTextCursor(&document).insertText(QStringLiteral("x"));
+    EXPECT_TRUE(document.isUndoAvailable());
+
+    QTextDocument quiet;
+    quiet.setUndoRedoEnabled(false);
+    RtfReader::read(QStringLiteral("{\\rtf1 one}"), quiet);
+    EXPECT_FALSE(quiet.isUndoRedoEnabled());
+    EXPECT_THROW(RtfReader::read(QStringLiteral("no rtf"), document), QmError);
+    EXPECT_TRUE(document.isUndoRedoEnabled());
+}
 
 } // namespace
