@@ -226,9 +226,10 @@ WholeMerge wholeMerge(const QString& folder, int clients) {
     QElapsedTimer timer;
     auto mergeAndFile = [&](const QString& vault) {
         request.vaultRoot = vault;
+        // As the command does: each letter filed while the next merges.
         MergeRun run(request);
-        run.merge(session.fields(), db, progress);
-        const int failed = run.file(session.fields(), db, progress);
+        run.mergeAndFile(session.fields(), db, progress);
+        const int failed = run.notFiled();
         if (failed > 0) {
             std::printf("%d letters not filed\n", failed);
         }

@@ -8,9 +8,10 @@
 #include <QString>
 #include <QStringList>
 #include <functional>
+#include <optional>
 #include <vector>
 
-class DocVaultIndex;
+class MergeFiling;
 class ProgressReporter;
 
 // One recipient of a merge: the name of column 0, the complete RTF of
@@ -108,6 +109,18 @@ public:
     // to merge included.
     int saveMergeDocument(ProgressReporter& progress, const QString& vaultRoot = QString());
 
+    // createMergeDocument and saveMergeDocument in one walk, for a caller
+    // that does not look at the records in between: each record is filed as
+    // soon as it is merged, its letter written to disk by a second thread
+    // while the next record merges. The records, the files and what onFiled
+    // hears, in its order, are those of the two walks one after the other;
+    // the progress shows the merge walk only, and its cancel ends both. A
+    // fault outside one record files what was merged before it, then
+    // passes on. Nothing when createMergeDocument would return false; else
+    // the number of records not filed.
+    std::optional<int> mergeAndSaveDocument(ProgressReporter& progress,
+                                            const QString& vaultRoot = QString());
+
     // Opens the SELECT of the search object of this kind (4 tasks, 5
     // appointments) and the set of its rows that pass SQLFilter, closing
     // earlier ones. True when the filtered set is open; false without a
@@ -123,9 +136,9 @@ public:
     int remittRecordCount() const;
 
 private:
-    // The client's vault folder for this record, made when missing.
-    QString letterFolder(const MergedRecord& record, const QString& vaultRoot,
-                         DocVaultIndex* index) const;
+    // The record walk; with `filing`, each record is handed to it as soon
+    // as it is made.
+    bool mergeRecords(ProgressReporter& progress, MergeFiling* filing);
     void closeRemittRST();
     bool mergesFromFilter() const;
 
