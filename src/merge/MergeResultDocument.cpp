@@ -2,21 +2,15 @@
 
 #include "context/AppContext.h"
 #include "data/databaseControl.h"
-#include "documents/modDocument.h"
 #include "merge/MergeFiling.h"
 #include "merge/MergeLookups.h"
 #include "merge/clsInsertFieldsInRTB.h"
-#include "merge/modDocVaultFolders.h"
 #include "platform/MsgboxClass.h"
 #include "platform/ProgressReporter.h"
 #include "platform/errorClass.h"
-#include "platform/fileControl.h"
-#include "platform/richtext/RichTextBox.h"
 #include "platform/text/stringControl.h"
 
 #include <QElapsedTimer>
-#include <QFile>
-#include <QUuid>
 #include <optional>
 
 namespace {

@@ -105,8 +105,11 @@ public:
     // already in the folder is moved into its "Replaced" subfolder first. A
     // record that cannot be filed (a folder outside the vault, a folder or
     // file that cannot be written) keeps the reason in `failure` and the walk
-    // goes on. Returns the number of records not filed, those that failed
-    // to merge included.
+    // goes on. The temporaries are written and synced by a second thread
+    // while the walk goes on (see MergeFiling); renames, moves into
+    // "Replaced" and onFiled stay on the calling thread, in record order.
+    // Returns the number of records not filed, those that failed to merge
+    // included.
     int saveMergeDocument(ProgressReporter& progress, const QString& vaultRoot = QString());
 
     // createMergeDocument and saveMergeDocument in one walk, for a caller
