@@ -122,24 +122,15 @@ int runMergeCommand(const QStringList& args, CommandIO& io) {
     databaseControl& db = *session.context().database;
     try {
         NullProgress progress;
-        switch (run.merge(session.fields(), db, progress)) {
-        case MergeRun::Outcome::Refused:
-            io.err << run.problem() << '\n';
-            return 2;
-        case MergeRun::Outcome::NothingToMerge:
-            // The reason has gone to the message sink.
-            return 1;
-        case MergeRun::Outcome::Merged:
-            break;
-        }
         // Each letter is listed as soon as it is filed, so that the list of
         // a run killed half-way names every letter that exists.
         const bool report = hasFlag(args, QStringLiteral("--report"));
         const bool pdf = hasFlag(args, QStringLiteral("--pdf"));
         int pdfFailures = 0;
         const DocumentModel& geometry = run.result().model;
-        const int failures =
-            run.file(session.fields(), db, progress, [&](const MergedRecord& record) {
+        // Each letter is filed while the next record merges.
+        const MergeRun::Outcome outcome =
+            run.mergeAndFile(session.fields(), db, progress, [&](const MergedRecord& record) {
                 if (!record.failure.isEmpty()) {
                     io.err << record.name << "\tnot filed:\t" << record.failure << '\n';
                     io.err.flush();
@@ -176,6 +167,17 @@ int runMergeCommand(const QStringList& args, CommandIO& io) {
                 }
                 io.out.flush();
             });
+        switch (outcome) {
+        case MergeRun::Outcome::Refused:
+            io.err << run.problem() << '\n';
+            return 2;
+        case MergeRun::Outcome::NothingToMerge:
+            // The reason has gone to the message sink.
+            return 1;
+        case MergeRun::Outcome::Merged:
+            break;
+        }
+        const int failures = run.notFiled();
         if (failures > 0 || pdfFailures > 0) {
             return kSomeLettersNotFiled;
         }

@@ -233,10 +233,17 @@ QString buildCompanionTrailer(const DocumentModel& document) {
 
 QByteArray documentFileBytes(const QByteArray& content, const DocumentModel& document) {
     const QByteArray trailer = buildCompanionTrailer(document).toLatin1();
-    if (stringControl::isBlank(QString::fromLatin1(content))) {
+    // Text that starts with a visible ASCII character (RTF starts with a
+    // brace) is not blank; only other text is widened and trimmed to tell.
+    const bool surelyText =
+        !content.isEmpty() && uchar(content.front()) > ' ' && uchar(content.front()) < 0x7f;
+    if (!surelyText && stringControl::isBlank(QString::fromLatin1(content))) {
         return trailer;
     }
     // The box leaves a NUL behind its RTF.
+    if (!content.contains('\0')) {
+        return content + trailer;
+    }
     QByteArray bytes = content;
     bytes.replace('\0', QByteArray());
     return bytes + trailer;

@@ -45,8 +45,12 @@ void LetterWriter::sweep(const QString& folder) {
 }
 
 QString LetterWriter::writeTemporary(const QString& path, const QByteArray& bytes) {
+    sweep(QFileInfo(path).absolutePath());
+    return writeTemporaryUnswept(path, bytes);
+}
+
+QString LetterWriter::writeTemporaryUnswept(const QString& path, const QByteArray& bytes) {
     const QString folder = QFileInfo(path).absolutePath();
-    sweep(folder);
     const QString temporary = folder + QLatin1Char('/') + kTemporaryPrefix +
                               QUuid::createUuid().toString(QUuid::Id128) + kTemporarySuffix;
     QFile file(temporary);

@@ -22,8 +22,17 @@ public:
     // far; place() then renames one over its target. Each raises QmError
     // PathFileAccessError and removes the temporary on failure.
     QString writeTemporary(const QString& path, const QByteArray& bytes);
-    void syncFileSystem(const QString& anyFolder);
-    void place(const QString& temporary, const QString& path);
+    static void syncFileSystem(const QString& anyFolder);
+    static void place(const QString& temporary, const QString& path);
+
+    // writeTemporary without the sweep, for a caller that has swept the
+    // folder first. It touches no writer, so another thread may call it.
+    static QString writeTemporaryUnswept(const QString& path, const QByteArray& bytes);
+
+    // Removes the temporaries a killed run left in `folder`, the first time
+    // this writer is asked about the folder. Anything that writes a
+    // temporary there must wait until the folder has been swept.
+    void sweep(const QString& folder);
 
     // Moves the existing file `path` into the subfolder `history` of its
     // folder, under its own name or, when that is taken, "name (2).ext"...
@@ -35,7 +44,5 @@ public:
     static bool isTemporaryName(const QString& fileName);
 
 private:
-    void sweep(const QString& folder);
-
     QSet<QString> m_sweptFolders;
 };

@@ -2,22 +2,15 @@
 
 #include "context/AppContext.h"
 #include "data/databaseControl.h"
-#include "documents/modDocument.h"
-#include "merge/LetterWriter.h"
+#include "merge/MergeFiling.h"
 #include "merge/MergeLookups.h"
-#include "merge/NormalisedLetter.h"
 #include "merge/clsInsertFieldsInRTB.h"
-#include "merge/modDocVaultFolders.h"
 #include "platform/MsgboxClass.h"
 #include "platform/ProgressReporter.h"
 #include "platform/errorClass.h"
-#include "platform/fileControl.h"
-#include "platform/richtext/RichTextBox.h"
 #include "platform/text/stringControl.h"
 
 #include <QElapsedTimer>
-#include <QFile>
-#include <QUuid>
 #include <optional>
 
 namespace {
@@ -35,42 +28,13 @@ clsInsertFieldsInRTB& inserter() {
     return *app().fieldInserter;
 }
 
-// The bytes of one saved letter: the text as the box writes it back (the
-// round trip normalises the merged RTF), then the trailer, built in memory
-// so that the letter is written once.
-QByteArray letterBytes(RichTextBox& scratch, const QString& rtf, const DocumentModel& saved,
-                       const QString& scratchFolder, const NormalisedLetter* normalised) {
-    if (saved.fileSaveType == RichTextBox::rtfRTF && normalised) {
-        if (const std::optional<QString> text = normalised->normalisedText(rtf)) {
-            return documentFileBytes(text->toLatin1(), saved);
-        }
-    }
-    scratch.setTextRTF(rtf);
-    if (saved.fileSaveType == RichTextBox::rtfRTF) {
-        return documentFileBytes(scratch.TextRTF().toLatin1(), saved);
-    }
-    // Plain text takes the box's own encoding, which only its file save
-    // gives; a rare kind, so the extra file is accepted.
-    const QString temporary = scratchFolder + QStringLiteral("/.qm-") +
-                              QUuid::createUuid().toString(QUuid::Id128) + QStringLiteral(".part");
-    try {
-        scratch.SaveFile(temporary, saved.fileSaveType);
-        const auto content = fileControl::readWholeFile(temporary);
-        QFile::remove(temporary);
-        if (!content) {
-            throw QmError(QmError::PathFileAccessError,
-                          QStringLiteral("Path/File access error: ") + temporary);
-        }
-        return documentFileBytes(*content, saved);
-    } catch (...) {
-        QFile::remove(temporary);
-        throw;
-    }
-}
-
 } // namespace
 
 bool MergeResultDocument::createMergeDocument(ProgressReporter& progress) {
+    return mergeRecords(progress, nullptr);
+}
+
+bool MergeResultDocument::mergeRecords(ProgressReporter& progress, MergeFiling* filing) {
     ProcedureScope scope(app().errors, "QuillmerePad.exe-frmDocument-createMergeDocument");
     clsInsertFieldsInRTB& fields = inserter();
     const InformationKind type = model.InformationType;
@@ -210,6 +174,9 @@ bool MergeResultDocument::createMergeDocument(ProgressReporter& progress) {
         record.contactID = contact;
         records.push_back(std::move(record));
         totalPagesMergeDocs += templatePages;
+        if (filing) {
+            filing->file(records.size() - 1);
+        }
         if (fromFilter) {
             db->moveNext(m_remittFilteredRST);
         }
@@ -219,178 +186,55 @@ bool MergeResultDocument::createMergeDocument(ProgressReporter& progress) {
     return true;
 }
 
-QString MergeResultDocument::letterFolder(const MergedRecord& record, const QString& vaultRoot,
-                                          DocVaultIndex* index) const {
-    QString folder;
-    if (model.InformationType == InformationKind::Appointments) {
-        const int client = MergeLookups::getClientDataIDFromCompanyID(
-            MergeLookups::getCompanyIDFromAppointmentID(record.appointmentID));
-        folder = MergeLookups::validClientID(client)
-                     ? getBusinessClientDocFolder(client, vaultRoot, index)
-                     : getMiscAppointmentsFolder(vaultRoot);
-    } else {
-        const int client = MergeLookups::getClientDataIDFromCompanyID(record.companyID);
-        folder = MergeLookups::validClientID(client)
-                     ? getBusinessClientDocFolder(client, vaultRoot, index)
-                     : getPersonalClientDocFolder(record.contactID, vaultRoot, index);
-    }
-    if (folder.isEmpty()) {
-        folder = vaultRoot.isEmpty() ? QString() : fileControl::AddBackslash(vaultRoot);
-    }
-    return folder;
-}
-
-namespace {
-
-// Letters are forced to disk together: one sync for a batch costs what one
-// letter's sync costs, and no letter takes its place before it is on disk.
-constexpr size_t kLettersPerSync = 256;
-
-struct StagedLetter {
-    MergedRecord* record = nullptr;
-    QString temporary; // empty when the record failed before it was written
-    QString path;
-    bool ownEarlierSave = false;
-};
-
-} // namespace
-
 int MergeResultDocument::saveMergeDocument(ProgressReporter& progress, const QString& vaultRoot) {
     ProcedureScope scope(app().errors, "QuillmerePad.exe-frmDocument-saveMergeDocument");
     progress.begin(QStringLiteral("Saving documents"), int(records.size()));
     stoppedByUser = false;
-    RichTextBox scratch;
-    DocumentModel saved = model;
-    saved.documentType = DocumentModel::SavedMergeResult;
-    const InformationKind type = model.InformationType;
-    LetterWriter writer;
-    int failures = 0;
-    std::vector<StagedLetter> staged;
-    // Read when the first letter needs a folder, then kept for the walk.
-    std::optional<DocVaultIndex> index;
-    const std::optional<NormalisedLetter> normalised =
-        NormalisedLetter::fromTemplate(scratch, templateText);
-
-    // The vault rows of new folders are written in batches that commit with
-    // the letters they file: one durable commit per batch, not per client.
-    std::optional<WriteBatch> folderRows;
-    if (app().database && app().database->isConnected()) {
-        folderRows.emplace(*app().database, WriteBatch::Reads::Held);
-    }
-    // Letters are filed (and the snapshot let go) at least this often, so
-    // that a host writing to the practice's file never waits long.
-    constexpr qint64 kMostMillisecondsPerSync = 200;
-    QElapsedTimer sinceSync;
-    sinceSync.start();
-
-    auto fileStaged = [&] {
-        QString syncFailure;
-        if (folderRows) {
-            try {
-                folderRows->commit();
-            } catch (const QmError& fault) {
-                // Letters are filed all the same; the folders are found by
-                // name on the next run.
-                qWarning("%s", qPrintable(fault.description()));
-            }
-        }
-        for (const StagedLetter& letter : staged) {
-            if (!letter.temporary.isEmpty()) {
-                try {
-                    writer.syncFileSystem(fileControl::FolderName(letter.path));
-                } catch (const QmError& fault) {
-                    syncFailure = fault.description();
-                }
-                break;
-            }
-        }
-        for (StagedLetter& letter : staged) {
-            MergedRecord& record = *letter.record;
-            if (!letter.temporary.isEmpty()) {
-                try {
-                    if (!syncFailure.isEmpty()) {
-                        QFile::remove(letter.temporary);
-                        throw QmError(QmError::PathFileAccessError, syncFailure);
-                    }
-                    // A letter of this name from an earlier record or run is
-                    // another letter: it is kept in the history folder.
-                    if (!letter.ownEarlierSave && fileControl::FileExists(letter.path)) {
-                        record.replacedPath = writer.moveAside(letter.path, replacedFolderName());
-                    }
-                    writer.place(letter.temporary, letter.path);
-                    record.savedPath = letter.path;
-                } catch (const QmError& fault) {
-                    QFile::remove(letter.temporary);
-                    record.failure = fault.description();
-                }
-            }
-            if (!record.failure.isEmpty()) {
-                ++failures;
-            }
-            if (onFiled) {
-                onFiled(record);
-            }
-        }
-        staged.clear();
-    };
-
-    const bool appointmentsFromFilter = type == InformationKind::Appointments && mergesFromFilter();
+    MergeFiling filing(*this, vaultRoot);
+    const bool appointmentsFromFilter =
+        model.InformationType == InformationKind::Appointments && mergesFromFilter();
     try {
-        for (MergedRecord& record : records) {
+        for (size_t index = 0; index < records.size(); ++index) {
             if (progress.cancelled()) {
                 stoppedByUser = true;
                 break;
             }
+            const MergedRecord& record = records[index];
             progress.step(
                 appointmentsFromFilter
                     ? QStringLiteral("Saving document for appointment: ") +
                           MergeLookups::getAppointmentSubjectFromAppointmentID(record.appointmentID)
                     : QStringLiteral("Saving document for ") + record.name);
-            StagedLetter letter;
-            letter.record = &record;
-            if (!record.mergeFailed) {
-                record.replacedPath.clear();
-                record.failure.clear();
-                try {
-                    letter.path = record.savedPath;
-                    letter.ownEarlierSave = !stringControl::isBlank(letter.path) &&
-                                            fileControl::FileExists(letter.path);
-                    if (!letter.ownEarlierSave) {
-                        if (!index && app().database && app().database->isConnected()) {
-                            index.emplace(*app().database);
-                        }
-                        letter.path = letterFolder(record, vaultRoot, index ? &*index : nullptr) +
-                                      parseMergeFileName(templateCaption, model.fileSaveType,
-                                                         DocumentModel::MergeResults, type);
-                    }
-                    if (!vaultRoot.isEmpty()) {
-                        requireInsideVault(letter.path, vaultRoot);
-                    }
-                    const QByteArray bytes = letterBytes(scratch, record.rtf, saved,
-                                                         fileControl::FolderName(letter.path),
-                                                         normalised ? &*normalised : nullptr);
-                    letter.temporary = writer.writeTemporary(letter.path, bytes);
-                } catch (const QmError& fault) {
-                    record.failure = fault.description();
-                }
-            }
-            staged.push_back(std::move(letter));
-            if (staged.size() >= kLettersPerSync ||
-                sinceSync.hasExpired(kMostMillisecondsPerSync)) {
-                fileStaged();
-                sinceSync.restart();
-            }
+            filing.file(index);
             doEventsIfInputPending();
         }
     } catch (...) {
         // A fault outside one record (the database went away) still files
         // what was written before it.
-        fileStaged();
+        filing.finish();
         throw;
     }
-    fileStaged();
+    filing.finish();
     progress.end();
-    return failures;
+    return filing.failures();
+}
+
+std::optional<int> MergeResultDocument::mergeAndSaveDocument(ProgressReporter& progress,
+                                                             const QString& vaultRoot) {
+    ProcedureScope scope(app().errors, "QuillmerePad.exe-frmDocument-saveMergeDocument");
+    MergeFiling filing(*this, vaultRoot);
+    bool merged = false;
+    try {
+        merged = mergeRecords(progress, &filing);
+    } catch (...) {
+        filing.finish();
+        throw;
+    }
+    filing.finish();
+    if (!merged) {
+        return std::nullopt;
+    }
+    return filing.failures();
 }
 
 MergeResultDocument::~MergeResultDocument() {

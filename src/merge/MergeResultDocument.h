@@ -8,9 +8,10 @@
 #include <QString>
 #include <QStringList>
 #include <functional>
+#include <optional>
 #include <vector>
 
-class DocVaultIndex;
+class MergeFiling;
 class ProgressReporter;
 
 // One recipient of a merge: the name of column 0, the complete RTF of
@@ -104,9 +105,24 @@ public:
     // already in the folder is moved into its "Replaced" subfolder first. A
     // record that cannot be filed (a folder outside the vault, a folder or
     // file that cannot be written) keeps the reason in `failure` and the walk
-    // goes on. Returns the number of records not filed, those that failed
-    // to merge included.
+    // goes on. The temporaries are written and synced by a second thread
+    // while the walk goes on (see MergeFiling); renames, moves into
+    // "Replaced" and onFiled stay on the calling thread, in record order.
+    // Returns the number of records not filed, those that failed to merge
+    // included.
     int saveMergeDocument(ProgressReporter& progress, const QString& vaultRoot = QString());
+
+    // createMergeDocument and saveMergeDocument in one walk, for a caller
+    // that does not look at the records in between: each record is filed as
+    // soon as it is merged, its letter written to disk by a second thread
+    // while the next record merges. The records, the files and what onFiled
+    // hears, in its order, are those of the two walks one after the other;
+    // the progress shows the merge walk only, and its cancel ends both. A
+    // fault outside one record files what was merged before it, then
+    // passes on. Nothing when createMergeDocument would return false; else
+    // the number of records not filed.
+    std::optional<int> mergeAndSaveDocument(ProgressReporter& progress,
+                                            const QString& vaultRoot = QString());
 
     // Opens the SELECT of the search object of this kind (4 tasks, 5
     // appointments) and the set of its rows that pass SQLFilter, closing
@@ -123,9 +139,9 @@ public:
     int remittRecordCount() const;
 
 private:
-    // The client's vault folder for this record, made when missing.
-    QString letterFolder(const MergedRecord& record, const QString& vaultRoot,
-                         DocVaultIndex* index) const;
+    // The record walk; with `filing`, each record is handed to it as soon
+    // as it is made.
+    bool mergeRecords(ProgressReporter& progress, MergeFiling* filing);
     void closeRemittRST();
     bool mergesFromFilter() const;
 

@@ -178,20 +178,27 @@ bool MergeRun::prepareRecipients(databaseControl& db) {
     return true;
 }
 
-MergeRun::Outcome MergeRun::merge(clsInsertFieldsInRTB& fields, databaseControl& db,
-                                  ProgressReporter& progress) {
-    ContextBinding binding(fields, db, m_request);
+bool MergeRun::prepare(clsInsertFieldsInRTB& fields, databaseControl& db) {
     m_problem.clear();
     const InformationKind type = m_result.model.InformationType;
     if (!isMergeableKind(type)) {
         m_problem = QStringLiteral("Templates of information type ") +
                     QString::number(toInt(type)) + QStringLiteral(" cannot be merged here.");
-        return Outcome::Refused;
+        return false;
     }
     if (!prepareRecipients(db)) {
-        return Outcome::Refused;
+        return false;
     }
     fields.createDefaultFieldListStructure(type, true, true);
+    return true;
+}
+
+MergeRun::Outcome MergeRun::merge(clsInsertFieldsInRTB& fields, databaseControl& db,
+                                  ProgressReporter& progress) {
+    ContextBinding binding(fields, db, m_request);
+    if (!prepare(fields, db)) {
+        return Outcome::Refused;
+    }
     return m_result.createMergeDocument(progress) ? Outcome::Merged : Outcome::NothingToMerge;
 }
 
@@ -199,7 +206,36 @@ int MergeRun::file(clsInsertFieldsInRTB& fields, databaseControl& db, ProgressRe
                    std::function<void(const MergedRecord&)> onFiled) {
     ContextBinding binding(fields, db, m_request);
     m_result.onFiled = std::move(onFiled);
-    const int failures = m_result.saveMergeDocument(progress, m_request.vaultRoot);
+    try {
+        m_notFiled = m_result.saveMergeDocument(progress, m_request.vaultRoot);
+    } catch (...) {
+        m_result.onFiled = nullptr;
+        throw;
+    }
     m_result.onFiled = nullptr;
-    return failures;
+    return m_notFiled;
+}
+
+MergeRun::Outcome MergeRun::mergeAndFile(clsInsertFieldsInRTB& fields, databaseControl& db,
+                                         ProgressReporter& progress,
+                                         std::function<void(const MergedRecord&)> onFiled) {
+    ContextBinding binding(fields, db, m_request);
+    m_notFiled = 0;
+    if (!prepare(fields, db)) {
+        return Outcome::Refused;
+    }
+    m_result.onFiled = std::move(onFiled);
+    std::optional<int> failures;
+    try {
+        failures = m_result.mergeAndSaveDocument(progress, m_request.vaultRoot);
+    } catch (...) {
+        m_result.onFiled = nullptr;
+        throw;
+    }
+    m_result.onFiled = nullptr;
+    if (!failures) {
+        return Outcome::NothingToMerge;
+    }
+    m_notFiled = *failures;
+    return Outcome::Merged;
 }

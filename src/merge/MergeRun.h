@@ -69,6 +69,15 @@ public:
     // it is done. Returns the number of records not filed.
     int file(clsInsertFieldsInRTB& fields, databaseControl& db, ProgressReporter& progress,
              std::function<void(const MergedRecord&)> onFiled = {});
+    // merge() then file() in one walk, each letter filed while the next
+    // record merges, for a caller that does not look at the records in
+    // between (the merge command). Outcome, records, files and what
+    // `onFiled` hears are those of the two calls; the progress shows the
+    // merge only. notFiled() tells what file() would have returned.
+    Outcome mergeAndFile(clsInsertFieldsInRTB& fields, databaseControl& db,
+                         ProgressReporter& progress,
+                         std::function<void(const MergedRecord&)> onFiled = {});
+    int notFiled() const { return m_notFiled; }
 
     QString problem() const { return m_problem; }
     const MergeResultDocument& result() const { return m_result; }
@@ -86,8 +95,11 @@ public:
 
 private:
     bool prepareRecipients(databaseControl& db);
+    // The checks and recipients common to both merges; false when refused.
+    bool prepare(clsInsertFieldsInRTB& fields, databaseControl& db);
 
     MergeRequest m_request;
     MergeResultDocument m_result;
     QString m_problem;
+    int m_notFiled = 0;
 };

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "data/databaseControl.h"
+#include "documents/DocumentModel.h"
+#include "merge/LetterWriteQueue.h"
+#include "merge/LetterWriter.h"
+#include "merge/NormalisedLetter.h"
+#include "merge/modDocVaultFolders.h"
+#include "platform/richtext/RichTextBox.h"
+
+#include <QElapsedTimer>
+#include <QString>
+#include <deque>
+#include <memory>
+#include <optional>
+#include <vector>
+
+class MergeResultDocument;
+struct MergedRecord;
+
+// Files the records of a merge result one by one, as the save walk of
+// MergeResultDocument does, for that walk and for a merge that files each
+// record as soon as it is made. On the calling thread: the record's folder
+// (database and vault), its bytes, the sweep of the folder, and, once the
+// letter is on disk, the move of an older letter into "Replaced", the rename
+// into place and onFiled. On the writer thread: the temporary file and the
+// sync. Records are told to onFiled in the order they were filed, each right
+// after its rename, failures included.
+//
+// The database is app().database; the document must outlive this object and
+// its record vector must not shrink while records are being filed.
+class MergeFiling {
+public:
+    // Letters go below `vaultRoot` (empty: the working folders' vault root).
+    MergeFiling(MergeResultDocument& document, const QString& vaultRoot);
+    // Without finish(), letters written but not placed are removed.
+    ~MergeFiling();
+    MergeFiling(const MergeFiling&) = delete;
+    MergeFiling& operator=(const MergeFiling&) = delete;
+
+    // Files document.records[index]: a record that fails here keeps the
+    // reason in `failure`, as does one whose letter later fails to reach the
+    // disk. Letters already on disk are placed and told on the way.
+    void file(size_t index);
+    // Places every letter filed so far and lets go of the database batch.
+    void finish();
+    // Records told so far that were not filed, merge failures included.
+    int failures() const { return m_failures; }
+
+private:
+    struct Staged {
+        size_t index = 0;
+        QString path;
+        bool written = false; // handed to the writer thread
+        bool ownEarlierSave = false;
+    };
+
+    void closeBatch();
+    void placeFinished(bool wait);
+    void place(const std::vector<Staged>& staged, LetterWriteQueue::Batch& batch);
+    QString letterFolder(const MergedRecord& record);
+    QByteArray letterBytes(const QString& rtf, const QString& scratchFolder);
+
+    MergeResultDocument& m_document;
+    const QString m_vaultRoot;
+    DocumentModel m_saved;
+    RichTextBox m_scratch;
+    std::optional<NormalisedLetter> m_normalised;
+    // Read when the first letter needs a folder, then kept for the walk.
+    std::optional<DocVaultIndex> m_index;
+    std::optional<WriteBatch> m_folderRows;
+    LetterWriter m_writer;
+    // Declared after what its batches refer to, destroyed before it.
+    std::unique_ptr<LetterWriteQueue> m_queue;
+    std::vector<Staged> m_open;
+    std::deque<std::vector<Staged>> m_closed;
+    QElapsedTimer m_sinceClose;
+    int m_failures = 0;
+};
