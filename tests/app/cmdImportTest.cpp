@@ -1,3 +1,4 @@
+#include "CommandRun.h"
 #include "app/Commands.h"
 #include "data/ClientDatabaseSchema.h"
 #include "data/IdentitySequences.h"
@@ -17,21 +18,8 @@
 
 namespace {
 
-struct CommandRun {
-    int status = 0;
-    QString out;
-    QString err;
-};
-
 CommandRun run(CommandHandler handler, const QStringList& args) {
-    CommandRun r;
-    QTextStream out(&r.out);
-    QTextStream err(&r.err);
-    CommandIO io{out, err};
-    r.status = handler(args, io);
-    out.flush();
-    err.flush();
-    return r;
+    return runCommand(handler, args);
 }
 
 std::string text(const CommandRun& r) {

@@ -1,3 +1,4 @@
+#include "CommandRun.h"
 #include "app/Commands.h"
 #include "context/AppContext.h"
 #include "merge/MergeTestDatabase.h"
@@ -10,21 +11,8 @@
 
 namespace {
 
-struct CommandRun {
-    int status = 0;
-    QString out;
-    QString err;
-};
-
 CommandRun run(CommandHandler handler, const QStringList& args) {
-    CommandRun r;
-    QTextStream out(&r.out);
-    QTextStream err(&r.err);
-    CommandIO io{out, err};
-    r.status = handler(args, io);
-    out.flush();
-    err.flush();
-    return r;
+    return runCommand(handler, args);
 }
 
 class MergeCommandsTest : public ::testing::Test {
@@ -311,8 +299,8 @@ TEST(InstallSampleTest, ANewPracticeGetsSampleTemplatesThatMergeWithoutFaults) {
     ASSERT_EQ(samples.size(), 3) << first.out.toStdString() << first.err.toStdString();
     for (const QString& name : samples) {
         SCOPED_TRACE(name.toStdString());
-        const CommandRun check = run(runCheckCommand, {templates.filePath(name),
-                                                       QStringLiteral("--database"), database});
+        const CommandRun check = run(
+            runCheckCommand, {templates.filePath(name), QStringLiteral("--database"), database});
         EXPECT_EQ(check.status, 0) << check.err.toStdString();
         EXPECT_TRUE(check.out.contains(QStringLiteral("There are no merge errors")));
     }
@@ -323,7 +311,8 @@ TEST(InstallSampleTest, ANewPracticeGetsSampleTemplatesThatMergeWithoutFaults) {
     ASSERT_TRUE(QFile::remove(database));
     const CommandRun again = run(runInstallSampleCommand, {});
     ASSERT_EQ(again.status, 0) << again.err.toStdString();
-    EXPECT_EQ(fileControl::readWholeFile(edited).value_or(QByteArray()), QByteArray("{\\rtf1 ours}"));
+    EXPECT_EQ(fileControl::readWholeFile(edited).value_or(QByteArray()),
+              QByteArray("{\\rtf1 ours}"));
 }
 
 } // namespace

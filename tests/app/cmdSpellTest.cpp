@@ -1,3 +1,4 @@
+#include "CommandRun.h"
 #include "app/Commands.h"
 #include "support/TestEnvironment.h"
 
@@ -7,22 +8,8 @@
 
 namespace {
 
-struct CommandRun {
-    int status;
-    QString out;
-    QString err;
-};
-
 CommandRun runSpell(const QStringList& args) {
-    QString out;
-    QString err;
-    QTextStream outStream(&out);
-    QTextStream errStream(&err);
-    CommandIO io{outStream, errStream};
-    const int status = runSpellCommand(args, io);
-    outStream.flush();
-    errStream.flush();
-    return {status, out, err};
+    return runCommand(runSpellCommand, args);
 }
 
 QString golden(const QString& name) {

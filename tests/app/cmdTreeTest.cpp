@@ -1,3 +1,4 @@
+#include "CommandRun.h"
 #include "app/Commands.h"
 #include "data/ClientDatabaseSchema.h"
 #include "support/TestEnvironment.h"
@@ -10,21 +11,8 @@
 
 namespace {
 
-struct CommandRun {
-    int status = 0;
-    QString out;
-    QString err;
-};
-
 CommandRun run(const QStringList& args) {
-    CommandRun r;
-    QTextStream out(&r.out);
-    QTextStream err(&r.err);
-    CommandIO io{out, err};
-    r.status = runTreeCommand(args, io);
-    out.flush();
-    err.flush();
-    return r;
+    return runCommand(runTreeCommand, args);
 }
 
 class TreeCommandTest : public ::testing::Test {

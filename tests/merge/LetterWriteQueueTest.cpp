@@ -1,5 +1,6 @@
 #include "merge/LetterWriteQueue.h"
 
+#include "LetterTemporaries.h"
 #include "merge/LetterWriter.h"
 #include "platform/fileControl.h"
 #include "support/TestEnvironment.h"
@@ -10,18 +11,6 @@
 #include <gtest/gtest.h>
 
 namespace {
-
-QStringList temporariesBelow(const QString& folder) {
-    QStringList found;
-    for (QDirIterator it(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-         it.hasNext();) {
-        it.next();
-        if (LetterWriter::isTemporaryName(it.fileName())) {
-            found << it.filePath();
-        }
-    }
-    return found;
-}
 
 TEST(LetterWriteQueueTest, BatchesComeBackInOrderWithEachLetterInItsPlace) {
     TestEnvironment env;

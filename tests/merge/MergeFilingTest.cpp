@@ -1,6 +1,7 @@
 // Filing with the writer thread: what the save walk and the merge that files
 // as it goes tell, in which order, and what they leave on disk.
 
+#include "LetterTemporaries.h"
 #include "context/AppContext.h"
 #include "merge/LetterWriter.h"
 #include "merge/MergeResultDocument.h"
@@ -18,18 +19,6 @@
 namespace {
 
 const char* const kLetterName = "Mar 5 2024 - Year End.qmw";
-
-QStringList temporariesBelow(const QString& folder) {
-    QStringList found;
-    for (QDirIterator it(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-         it.hasNext();) {
-        it.next();
-        if (LetterWriter::isTemporaryName(it.fileName())) {
-            found << it.filePath();
-        }
-    }
-    return found;
-}
 
 class MergeFilingTest : public ::testing::Test {
 protected:
