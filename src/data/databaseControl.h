@@ -16,7 +16,6 @@ class QSqlError;
 class QStandardItemModel;
 class errorClass;
 class QObject;
-class Recordset;
 class StatementCache;
 class TranslationCache;
 class LookupStatements;

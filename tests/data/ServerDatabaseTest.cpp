@@ -83,8 +83,7 @@ TEST_F(ServerDatabaseTest, ConnectionFailuresNameWhatIsWrong) {
         {base + QStringLiteral("no_such_practice"), "There is no database no_such_practice"},
         {QStringLiteral("postgresql://nobody_here@127.0.0.1:%1/postgres").arg(m_server->port()),
          "has no user nobody_here"},
-        // A port where nothing listens: the test server's port plus one
-        // is free as long as no other test server took it.
+        // Port 1 is reserved and nothing listens there.
         {QStringLiteral("postgresql://x@127.0.0.1:1/practice"), "cannot be reached"},
         {QStringLiteral("postgresql://x:pw@127.0.0.1/practice"), "password"},
         // A database without the client tables.
