@@ -1,6 +1,19 @@
 #include "data/Recordset.h"
 
+#include "data/ClientDatabaseSchema.h"
 #include "data/JetSqlTranslator.h"
+
+#include <QSqlField>
+
+RecordsetColumn RecordsetColumn::describe(const QSqlField& field, bool server) {
+    RecordsetColumn column;
+    column.name = server ? ClientDatabaseSchema::canonicalColumnName(field.name()) : field.name();
+    column.table = field.tableName();
+    column.yesNo = field.metaType().id() == QMetaType::Bool ||
+                   ClientDatabaseSchema::isYesNoColumn(column.name);
+    column.date = ClientDatabaseSchema::isDateColumn(column.name);
+    return column;
+}
 
 namespace {
 

@@ -9,11 +9,17 @@
 
 // The rows of one record set of databaseControl, read whole when it is
 // opened. Internal to the data layer.
+class QSqlField;
+
 struct RecordsetColumn {
     QString name;
     QString table; // empty when the engine does not say
     bool yesNo = false;
     bool date = false;
+
+    // A column of a result as the engine describes it; a server's names
+    // (folded to lower case) come back spelled as in the schema.
+    static RecordsetColumn describe(const QSqlField& field, bool server);
 };
 
 class Recordset {

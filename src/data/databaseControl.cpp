@@ -5,6 +5,7 @@
 #include "data/DatabaseLocation.h"
 #include "data/JetSqlTranslator.h"
 #include "data/LookupStatements.h"
+#include "data/ReadAhead.h"
 #include "data/Recordset.h"
 #include "data/RecordsetFilter.h"
 #include "data/TranslationCache.h"
@@ -207,7 +208,8 @@ private:
 };
 
 databaseControl::databaseControl()
-    : m_connectionName(newConnectionName()), m_translations(std::make_unique<TranslationCache>()) {}
+    : m_connectionName(newConnectionName()), m_translations(std::make_unique<TranslationCache>()),
+      m_readAhead(std::make_unique<ReadAhead>()) {}
 
 databaseControl::~databaseControl() {
     disconnect();
@@ -429,6 +431,8 @@ void databaseControl::disconnect() {
     m_sets.clear();
     m_readMemo.clear();
     m_lookupMemo.clear();
+    m_readAhead->forgetRows();
+    m_readAhead->forgetStatements();
     m_schemaVersion = -1;
     m_columnTypes.clear();
     m_statements.reset();
@@ -536,23 +540,24 @@ int databaseControl::openRecordset(const QString& sql, int /*cursorType*/, int l
             return store(std::move(rs));
         }
     }
+    if (!memoKey.isEmpty()) {
+        QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
+        if (const ReadAhead::Rows* ahead =
+                m_readAhead->answer(db, translated.sql, translated.parameters, m_statementCount)) {
+            rs->columns = *ahead->columns;
+            rs->lookup = ahead->lookup;
+            rs->rows = ahead->rows;
+            return store(std::move(rs));
+        }
+    }
     runStatement(translated.sql, translated.parameters, sql);
     StatementCache::Entry& entry = m_statements->get(translated.sql);
     QSqlQuery& query = entry.query;
     const int first = rs->editable ? 1 : 0;
     if (!entry.described) {
         const QSqlRecord record = query.record();
-        for (int i = first; i < record.count(); ++i) {
-            const QSqlField field = record.field(i);
-            RecordsetColumn column;
-            column.name =
-                m_server ? ClientDatabaseSchema::canonicalColumnName(field.name()) : field.name();
-            column.table = field.tableName();
-            column.yesNo = field.metaType().id() == QMetaType::Bool ||
-                           ClientDatabaseSchema::isYesNoColumn(column.name);
-            column.date = ClientDatabaseSchema::isDateColumn(column.name);
-            rs->columns.push_back(std::move(column));
-        }
+        for (int i = first; i < record.count(); ++i)
+            rs->columns.push_back(RecordsetColumn::describe(record.field(i), m_server));
         rs->buildColumnLookup();
         entry.columns = rs->columns;
         entry.lookup = rs->lookup;
@@ -669,6 +674,24 @@ std::optional<QVariant> databaseControl::serverLookup(const QString& sql,
         }
         return answer;
     };
+    if (!memoKey.isEmpty()) {
+        QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
+        if (const ReadAhead::Rows* ahead =
+                m_readAhead->answer(db, translated.sql, values, m_statementCount)) {
+            if (ahead->rows.empty())
+                return remember(std::nullopt);
+            int at = 0;
+            if (const QString key = column.trimmed().toUpper(); !key.isEmpty()) {
+                at = ahead->lookup->value(key, -1);
+                if (const qsizetype dot = key.lastIndexOf(u'.'); at < 0 && dot > 0)
+                    at = ahead->lookup->value(key.mid(dot + 1), -1);
+                if (at < 0)
+                    fail(QStringLiteral("The lookup has no column %1: %2").arg(column, sql));
+            }
+            return remember(Recordset::typedValue((*ahead->columns)[size_t(at)],
+                                                  ahead->rows.front()[size_t(at)]));
+        }
+    }
     runStatement(translated.sql, values, sql);
     QSqlQuery& query = m_statements->get(translated.sql).query;
     if (!query.next()) {
@@ -695,6 +718,22 @@ std::optional<QVariant> databaseControl::serverLookup(const QString& sql,
     const QVariant value = query.isNull(at) ? QVariant() : query.value(at);
     query.finish();
     return remember(Recordset::typedValue(description, value));
+}
+
+void databaseControl::expectKeys(const QString& column, std::vector<qint64> keys) {
+    m_readAhead->expect(column, m_server ? std::move(keys) : std::vector<qint64>{});
+}
+
+void databaseControl::forgetReadAheadOf(const QString& sql) {
+    static const QRegularExpression written(
+        QStringLiteral(R"re(^\s*(?:INSERT\s+INTO|UPDATE|DELETE\s+FROM)\s+"?(\w+)"?)re"),
+        QRegularExpression::CaseInsensitiveOption);
+    if (isTransactionControl(sql))
+        return;
+    if (const auto m = written.match(sql); m.hasMatch())
+        m_readAhead->forgetTable(m.captured(1));
+    else
+        m_readAhead->forgetRows();
 }
 
 int databaseControl::filterRecordset(int handle, const QString& filter) {
@@ -904,6 +943,7 @@ bool databaseControl::execute(const QString& sql, const QVariantList& parameters
                               qint64* insertedKey, QString* error) {
     m_readMemo.clear();
     m_lookupMemo.clear();
+    forgetReadAheadOf(sql);
     if (m_server && isTransactionControl(sql)) {
         QSqlQuery control(QSqlDatabase::database(m_connectionName, false));
         ++m_statementCount;

@@ -19,6 +19,7 @@ class QObject;
 class StatementCache;
 class TranslationCache;
 class LookupStatements;
+class ReadAhead;
 
 // The one access object to the client database: an SQLite file that the
 // host program owns and writes at the same time, or a database on a
@@ -181,6 +182,17 @@ public:
     // escapeSQLText.
     static QString escapeLikeText(const QString& text);
 
+    // The keys a run of reads by one key is about to ask for, in order (a
+    // merge's recipients), and the column they are values of. On a server,
+    // inside a batch that holds its reads, a read of one of them by a plain
+    // "column = ?" statement then fetches the rows of the next keys with it
+    // in one round trip, and the next reads are answered from those rows
+    // until a write to a table they read. Commits of the batch do not
+    // refresh them: a letter's rows are as of the read of its window, a few
+    // hundred letters at most before it. Empty ends it. The embedded
+    // engine, where a read costs no round trip, ignores it. Use ExpectedKeys.
+    void expectKeys(const QString& column, std::vector<qint64> keys);
+
     // Whether the database is on a server (the path is a URI).
     bool isServer() const { return m_server; }
 
@@ -218,6 +230,8 @@ private:
                                          const QString& column);
     QString describeFailure(const QSqlError& error) const;
     void refuseWriteIfReadOnly(const QString& what) const;
+    // Forgets the rows read ahead that a write may have changed.
+    void forgetReadAheadOf(const QString& sql);
     // The index of a column of the current row that may be written; throws
     // for a read-only set, an unknown column or no current row.
     int writableColumn(const Recordset& rs, const QString& column) const;
@@ -246,6 +260,7 @@ private:
     QString m_lastError;
     std::unique_ptr<StatementCache> m_statements;
     std::unique_ptr<LookupStatements> m_lookups;
+    std::unique_ptr<ReadAhead> m_readAhead;
     int m_schemaVersion = -1;
     std::map<int, std::unique_ptr<Recordset>> m_sets;
     struct MemoRows {
@@ -285,4 +300,18 @@ public:
 private:
     databaseControl& m_db;
     bool m_holds = false;
+};
+
+// The scope of an expectation of keys (see expectKeys).
+class ExpectedKeys {
+public:
+    ExpectedKeys(databaseControl& db, const QString& column, std::vector<qint64> keys) : m_db(db) {
+        m_db.expectKeys(column, std::move(keys));
+    }
+    ~ExpectedKeys() { m_db.expectKeys({}, {}); }
+    ExpectedKeys(const ExpectedKeys&) = delete;
+    ExpectedKeys& operator=(const ExpectedKeys&) = delete;
+
+private:
+    databaseControl& m_db;
 };

@@ -71,6 +71,20 @@ bool MergeResultDocument::mergeRecords(ProgressReporter& progress, MergeFiling* 
     if (db && db->isConnected()) {
         repairs.emplace(*db, WriteBatch::Reads::Held);
     }
+    // On a server, the rows of many recipients come in one round trip.
+    std::optional<ExpectedKeys> expected;
+    if (repairs && !fromFilter && count > 1) {
+        std::vector<qint64> keys;
+        keys.reserve(size_t(count));
+        for (int row = 1; row <= count; ++row) {
+            keys.push_back(idFrom(IDList.value(row, 1)));
+        }
+        const QString keyColumn = isClientKind(type) ? QStringLiteral("CompanyID")
+                                  : type == InformationKind::Tasks
+                                      ? QStringLiteral("ScheduleID")
+                                      : QStringLiteral("AppointmentID");
+        expected.emplace(*db, keyColumn, std::move(keys));
+    }
     // One firm for the whole run: it cannot change under the snapshot.
     std::optional<int> firmID;
     constexpr int kRecordsPerCommit = 256;

@@ -248,4 +248,131 @@ TEST_F(ServerDatabaseTest, AHeldBatchAsksTheServerOnceForTheSameRead) {
     EXPECT_EQ(lookedUp(), QStringLiteral("Aylmer"));
 }
 
+// What a merge reads for one recipient: its name, its contact links in
+// order, each linked contact's name, and a join of the two tables.
+QStringList recipientReads(databaseControl& db, int company) {
+    QStringList seen;
+    seen << db.lookupValue(QStringLiteral("SELECT Companies.CompanyName FROM Companies WHERE "
+                                          "CompanyID = ?"),
+                           {company}, QString())
+                .value_or(QStringLiteral("(none)"))
+                .toString();
+    const int links = db.openRecordset(
+        QStringLiteral("SELECT ContactLinks.ContactIDNum, ContactLinks.DefaultContact FROM "
+                       "ContactLinks WHERE ContactLinks.CompanyNum = %1 ORDER BY "
+                       "ContactLinks.ContactIDNum DESC")
+            .arg(company));
+    for (; db.hasRecords(links) && !db.isEOF(links); db.moveNext(links)) {
+        const int contact = db.getField(links, QStringLiteral("ContactIDNum")).toInt();
+        seen << QString::number(contact) +
+                    (db.getField(links, QStringLiteral("DefaultContact")).toBool() ? u'*' : u' ');
+        seen << db.lookupValue(QStringLiteral("SELECT Contacts.FirstName FROM Contacts WHERE "
+                                              "Contacts.ContactID = ?"),
+                               {contact}, QStringLiteral("Contacts.FirstName"))
+                    .value_or(QStringLiteral("(no contact)"))
+                    .toString();
+    }
+    db.closeRecordset(links);
+    const int joined = db.openRecordset(
+        QStringLiteral("SELECT Companies.City, ContactLinks.ContactIDNum FROM (Companies INNER "
+                       "JOIN ContactLinks ON Companies.CompanyID = ContactLinks.CompanyNum) "
+                       "WHERE Companies.CompanyID = %1 ORDER BY ContactLinks.ContactIDNum")
+            .arg(company));
+    for (; db.hasRecords(joined) && !db.isEOF(joined); db.moveNext(joined))
+        seen << db.getField(joined, QStringLiteral("City")).toString() + u'/' +
+                    db.getField(joined, QStringLiteral("ContactIDNum")).toString();
+    db.closeRecordset(joined);
+    return seen;
+}
+
+TEST_F(ServerDatabaseTest, ReadsOfExpectedKeysAreAnsweredAsIfAskedOneByOne) {
+    // Companies 4 to 299, most with a default contact, every third with a
+    // second one, every seventh with none; contacts only for some links.
+    for (int k = 4; k < 300; ++k) {
+        sideExec(QStringLiteral("INSERT INTO Companies (CompanyID, CompanyName, City) VALUES "
+                                "(%1, 'Client %1', 'Town %2')")
+                     .arg(k)
+                     .arg(k % 5));
+        if (k % 7 == 0)
+            continue;
+        sideExec(QStringLiteral("INSERT INTO ContactLinks (ContactIDNum, CompanyNum, "
+                                "DefaultContact) VALUES (%1, %2, 1)")
+                     .arg(1000 + k)
+                     .arg(k));
+        if (k % 3 == 0)
+            sideExec(QStringLiteral("INSERT INTO ContactLinks (ContactIDNum, CompanyNum, "
+                                    "DefaultContact) VALUES (%1, %2, 0)")
+                         .arg(2000 + k)
+                         .arg(k));
+        if (k % 4 != 0)
+            sideExec(QStringLiteral("INSERT INTO Contacts (ContactID, FirstName) VALUES (%1, "
+                                    "'Person %1')")
+                         .arg(1000 + k));
+    }
+    std::vector<qint64> keys;
+    for (int k = 299; k >= 1; k -= 2)
+        keys.push_back(k);
+    keys.push_back(99999); // no such company
+    keys.push_back(5);     // listed twice
+
+    databaseControl reference;
+    reference.setDatabasePath(m_uri);
+    reference.connect();
+    ASSERT_TRUE(reference.isConnected());
+    std::vector<QStringList> expected;
+    for (qint64 k : keys)
+        expected.push_back(recipientReads(reference, int(k)));
+
+    databaseControl& db = connect(m_uri);
+    ASSERT_TRUE(db.isConnected());
+    WriteBatch batch(db, WriteBatch::Reads::Held);
+    ExpectedKeys expecting(db, QStringLiteral("CompanyID"), keys);
+    const qint64 before = db.statementCount();
+    for (size_t i = 0; i < keys.size(); ++i) {
+        EXPECT_EQ(recipientReads(db, int(keys[i])), expected[i]) << "company " << keys[i];
+        if (i == 40)
+            batch.commit(); // a checkpoint mid-run changes nothing read
+    }
+    // Asked one by one, that is five reads a company and one a link; read
+    // ahead, a few round trips a window.
+    EXPECT_LT(db.statementCount() - before, qint64(keys.size()))
+        << "statements for " << keys.size() << " companies";
+
+    // A write of the program's own is seen by the next read of its table.
+    const int row =
+        db.openRecordset(QStringLiteral("SELECT Companies.* FROM Companies WHERE CompanyID = 5"),
+                         databaseControl::KeysetCursor, databaseControl::OptimisticLock);
+    db.updateFieldNow(row, QStringLiteral("CompanyName"), QStringLiteral("Renamed"));
+    db.closeRecordset(row);
+    EXPECT_EQ(recipientReads(db, 5).front(), QStringLiteral("Renamed"));
+}
+
+TEST_F(ServerDatabaseTest, AReadAheadTheServerRefusesLeavesTheBatchWhole) {
+    // The window's keys include one the key column cannot hold: the read
+    // over the window fails where the read of one key does not.
+    sideExec(QStringLiteral("CREATE TABLE Tiny (TinyID smallint PRIMARY KEY, Label text)"));
+    sideExec(QStringLiteral("INSERT INTO Tiny VALUES (1, 'one'), (2, 'two')"));
+    databaseControl& db = connect(m_uri);
+    ASSERT_TRUE(db.isConnected());
+    WriteBatch batch(db, WriteBatch::Reads::Held);
+    ExpectedKeys expecting(db, QStringLiteral("TinyID"), {1, 70000, 2});
+    for (int key : {1, 2}) {
+        const int h = db.openRecordset(
+            QStringLiteral("SELECT Tiny.Label FROM Tiny WHERE TinyID = %1").arg(key));
+        EXPECT_EQ(db.getField(h, QStringLiteral("Label")).toString(),
+                  key == 1 ? QStringLiteral("one") : QStringLiteral("two"));
+        db.closeRecordset(h);
+    }
+    const int w =
+        db.openRecordset(QStringLiteral("SELECT Companies.* FROM Companies WHERE CompanyID = 3"),
+                         databaseControl::KeysetCursor, databaseControl::OptimisticLock);
+    db.updateFieldNow(w, QStringLiteral("City"), QStringLiteral("Cornwall"));
+    db.closeRecordset(w);
+    EXPECT_NO_THROW(batch.commit());
+    QSqlQuery check(QSqlDatabase::database(m_side));
+    ASSERT_TRUE(check.exec(QStringLiteral("SELECT City FROM Companies WHERE CompanyID = 3")));
+    ASSERT_TRUE(check.next());
+    EXPECT_EQ(check.value(0).toString(), QStringLiteral("Cornwall"));
+}
+
 } // namespace
