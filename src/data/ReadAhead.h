@@ -95,7 +95,7 @@ public:
 
     // Keys per window: enough that a round trip is shared by many letters,
     // few enough that a window's rows stay small.
-    static constexpr int WindowSize = 128;
+    static constexpr int WindowSize = 512;
 
 private:
     struct KeyList {

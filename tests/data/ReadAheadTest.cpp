@@ -90,7 +90,7 @@ protected:
 };
 
 TEST_F(ReadAheadWindows, AWindowRunsFromTheAskedKeyOverTheNextExpectedOnes) {
-    std::vector<qint64> keys = range(1, 300);
+    std::vector<qint64> keys = range(1, 3 * ReadAhead::WindowSize);
     keys.insert(keys.begin() + 5, 3); // a recipient listed twice
     ahead.expect(QStringLiteral("CompanyID"), keys);
     const std::vector<qint64> first = window(companies, 2);
@@ -99,7 +99,7 @@ TEST_F(ReadAheadWindows, AWindowRunsFromTheAskedKeyOverTheNextExpectedOnes) {
     EXPECT_EQ(std::count(first.begin(), first.end(), 3), 1);
     EXPECT_EQ(first.back(), qint64(ReadAhead::WindowSize) + 1);
     // Not expected: read as asked.
-    EXPECT_FALSE(ahead.windowFor(companies, *ReadAhead::shapeOf(companies), 5000));
+    EXPECT_FALSE(ahead.windowFor(companies, *ReadAhead::shapeOf(companies), 50000));
 
     // Rows come back grouped by their trailing key; keys without rows are
     // kept as having none, so they are not asked again.

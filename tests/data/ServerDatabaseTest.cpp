@@ -286,31 +286,18 @@ QStringList recipientReads(databaseControl& db, int company) {
 }
 
 TEST_F(ServerDatabaseTest, ReadsOfExpectedKeysAreAnsweredAsIfAskedOneByOne) {
-    // Companies 4 to 299, most with a default contact, every third with a
+    // Companies 4 to 1299, most with a default contact, every third with a
     // second one, every seventh with none; contacts only for some links.
-    for (int k = 4; k < 300; ++k) {
-        sideExec(QStringLiteral("INSERT INTO Companies (CompanyID, CompanyName, City) VALUES "
-                                "(%1, 'Client %1', 'Town %2')")
-                     .arg(k)
-                     .arg(k % 5));
-        if (k % 7 == 0)
-            continue;
-        sideExec(QStringLiteral("INSERT INTO ContactLinks (ContactIDNum, CompanyNum, "
-                                "DefaultContact) VALUES (%1, %2, 1)")
-                     .arg(1000 + k)
-                     .arg(k));
-        if (k % 3 == 0)
-            sideExec(QStringLiteral("INSERT INTO ContactLinks (ContactIDNum, CompanyNum, "
-                                    "DefaultContact) VALUES (%1, %2, 0)")
-                         .arg(2000 + k)
-                         .arg(k));
-        if (k % 4 != 0)
-            sideExec(QStringLiteral("INSERT INTO Contacts (ContactID, FirstName) VALUES (%1, "
-                                    "'Person %1')")
-                         .arg(1000 + k));
-    }
+    sideExec(QStringLiteral("INSERT INTO Companies (CompanyID, CompanyName, City) SELECT k, "
+                            "'Client ' || k, 'Town ' || (k % 5) FROM generate_series(4, 1299) k"));
+    sideExec(QStringLiteral("INSERT INTO ContactLinks (ContactIDNum, CompanyNum, DefaultContact) "
+                            "SELECT 10000 + k, k, 1 FROM generate_series(4, 1299) k WHERE k % 7 "
+                            "<> 0 UNION ALL SELECT 20000 + k, k, 0 FROM generate_series(4, 1299) "
+                            "k WHERE k % 7 <> 0 AND k % 3 = 0"));
+    sideExec(QStringLiteral("INSERT INTO Contacts (ContactID, FirstName) SELECT 10000 + k, "
+                            "'Person ' || k FROM generate_series(4, 1299) k WHERE k % 4 <> 0"));
     std::vector<qint64> keys;
-    for (int k = 299; k >= 1; k -= 2)
+    for (int k = 1299; k >= 1; k -= 2)
         keys.push_back(k);
     keys.push_back(99999); // no such company
     keys.push_back(5);     // listed twice
