@@ -13,6 +13,8 @@
 #include <QStandardPaths>
 #include <QVersionNumber>
 #include <arpa/inet.h>
+#include <cerrno>
+#include <csignal>
 #include <netinet/in.h>
 #include <pwd.h>
 #include <sys/socket.h>
@@ -180,11 +182,17 @@ bool PostgresTestServer::start(QString* error, bool* missing) {
     const QString base = root && !QFileInfo(QDir::tempPath()).permission(QFile::ExeOther)
                              ? QStringLiteral("/tmp")
                              : QDir::tempPath();
+    stopAbandonedServers(base, root);
     m_dir = std::make_unique<QTemporaryDir>(base + QStringLiteral("/qmpg-XXXXXX"));
     if (!m_dir->isValid()) {
         *error = QStringLiteral("cannot create a temporary folder: %1").arg(m_dir->errorString());
         return false;
     }
+    // Whose server this is, for the next run to tell if it was abandoned.
+    QFile owner(m_dir->path() + QStringLiteral("/owner.pid"));
+    if (owner.open(QIODevice::WriteOnly))
+        owner.write(QByteArray::number(qint64(::getpid())));
+    owner.close();
     if (root) {
         // The server will not run as root; the folder becomes the user's.
         const passwd* account = ::getpwnam(kUnprivilegedUser.toLocal8Bit().constData());
@@ -251,6 +259,38 @@ bool PostgresTestServer::start(QString* error, bool* missing) {
         return false;
     }
     return true;
+}
+
+void PostgresTestServer::stopAbandonedServers(const QString& base, bool root) const {
+    // A test program killed at its time limit leaves its server running;
+    // the next one stops it, so that servers do not pile up on the machine.
+    const QFileInfoList folders =
+        QDir(base).entryInfoList({QStringLiteral("qmpg-*")}, QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QFileInfo& folder : folders) {
+        QFile owner(folder.filePath() + QStringLiteral("/owner.pid"));
+        if (!owner.open(QIODevice::ReadOnly))
+            continue; // not ours, or still being made
+        bool number = false;
+        const qint64 pid = owner.readAll().trimmed().toLongLong(&number);
+        owner.close();
+        if (!number || pid <= 0 || ::kill(pid_t(pid), 0) == 0 || errno != ESRCH)
+            continue;
+        const QString data = folder.filePath() + QStringLiteral("/data");
+        QProcess stopper;
+        const QString pgCtl = m_bin + QStringLiteral("/pg_ctl");
+        const QStringList arguments{QStringLiteral("-D"), data,
+                                    QStringLiteral("-m"), QStringLiteral("immediate"),
+                                    QStringLiteral("-w"), QStringLiteral("stop")};
+        if (root)
+            stopper.start(
+                QStringLiteral("runuser"),
+                QStringList{QStringLiteral("-u"), kUnprivilegedUser, QStringLiteral("--"), pgCtl} +
+                    arguments);
+        else
+            stopper.start(pgCtl, arguments);
+        stopper.waitForFinished(60000);
+        QDir(folder.filePath()).removeRecursively();
+    }
 }
 
 void PostgresTestServer::stop() {

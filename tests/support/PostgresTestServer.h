@@ -53,6 +53,7 @@ private:
     PostgresTestServer() = default;
     bool start(QString* error, bool* missing);
     void stop();
+    void stopAbandonedServers(const QString& base, bool root) const;
     // Runs a server program (as the unprivileged user when root); false
     // with its output in `error` when it fails.
     bool run(const QString& program, const QStringList& arguments, int timeoutMs,
