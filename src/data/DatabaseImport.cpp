@@ -4,6 +4,7 @@
 #include "data/DatabaseLocation.h"
 #include "data/JetSqlTranslator.h"
 #include "data/NewClientDatabase.h"
+#include "data/SqlValueKinds.h"
 #include "platform/errorClass.h"
 
 #include <QAtomicInt>
@@ -35,14 +36,9 @@ Kind kindOf(const QString& name, const QSqlField& destination) {
         return type == QMetaType::Bool ? Kind::Boolean : Kind::YesNo;
     if (ClientDatabaseSchema::isDateColumn(name))
         return Kind::Date;
-    switch (type) {
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Short:
-    case QMetaType::UShort:
+    if (isWholeNumberTypeId(type))
         return Kind::Integer;
+    switch (type) {
     case QMetaType::Double:
     case QMetaType::Float:
         return Kind::Real;
@@ -54,19 +50,7 @@ Kind kindOf(const QString& name, const QSqlField& destination) {
 }
 
 bool isNumber(const QVariant& v) {
-    switch (v.typeId()) {
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Short:
-    case QMetaType::UShort:
-    case QMetaType::Double:
-    case QMetaType::Float:
-        return true;
-    default:
-        return false;
-    }
+    return isNumberTypeId(v.typeId());
 }
 
 QString quoted(const QVariant& v) {

@@ -1,5 +1,7 @@
 #include "data/ReadAhead.h"
 
+#include "data/SqlValueKinds.h"
+
 #include <QRegularExpression>
 #include <QSqlDatabase>
 #include <QSqlField>
@@ -30,17 +32,7 @@ QString withoutQuotedText(const QString& sql) {
 }
 
 bool isWholeNumberType(const QVariant& value) {
-    switch (value.typeId()) {
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Short:
-    case QMetaType::UShort:
-        return true;
-    default:
-        return false;
-    }
+    return isWholeNumberTypeId(value.typeId());
 }
 
 QString unqualified(const QString& column) {
