@@ -3,8 +3,8 @@
 // alone; the same through the main window as File > Open does it (a file
 // that big opens in continuous display), and print preview of it to its
 // first sheet; a keystroke with the repaint of the visible sheets on sheet
-// 1 and on sheet 1,000; and the pagination the `pages` command prints. Run
-// from a Release build, under the offscreen platform:
+// 1 and on sheet 1,000 (one keystroke an iteration); and the pagination the `pages` command prints.
+// Run from a Release build, under the offscreen platform:
 //   QT_QPA_PLATFORM=offscreen bench/documents/page-view-bench
 // Peak memory: run one benchmark a process under /usr/bin/time -f %M, e.g.
 // --benchmark_filter=BM_LoadRtfAlone against BM_PagesCommandLayout (the
@@ -142,11 +142,37 @@ void BM_PreviewFirstSheet(benchmark::State& state) {
 }
 BENCHMARK(BM_PreviewFirstSheet)->Unit(benchmark::kMillisecond)->Iterations(3);
 
-// One character typed and taken back again on a sheet, each followed by the
-// repaint of what is in view.
+// Keystrokes on a sheet, each followed by the repaint of what is in view:
+// a character typed, then taken back with Backspace, and so on, one
+// keystroke an iteration. The view is shown, or the repaint would draw
+// nothing.
+// Counts the paint events a widget receives, so that a benchmark can show
+// that its repaints did paint.
+class PaintCounter : public QObject {
+public:
+    explicit PaintCounter(QWidget* widget) { widget->installEventFilter(this); }
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Paint) {
+            ++count;
+        }
+        return QObject::eventFilter(watched, event);
+    }
+};
+
+QKeyEvent keystroke(benchmark::IterationCount n) {
+    if (n % 2 == 0) {
+        return {QEvent::KeyPress, Qt::Key_X, Qt::NoModifier, QStringLiteral("x")};
+    }
+    return {QEvent::KeyPress, Qt::Key_Backspace, Qt::NoModifier};
+}
+
 void BM_KeystrokeOnSheet(benchmark::State& state) {
     Window w;
     w.view.resize(1000, 800);
+    w.view.show();
     w.load();
     const int pages = w.layout.totalPages();
     const int page = std::min<int>(state.range(0), pages);
@@ -154,17 +180,22 @@ void BM_KeystrokeOnSheet(benchmark::State& state) {
     cursor.setPosition(w.layout.firstPositionOfSheet(page) + 5);
     w.box.setTextCursor(cursor);
     w.view.ensureCaretVisible();
-    w.view.viewport()->grab();
+    // Shown is not yet painted: the window must be exposed first.
+    QApplication::processEvents();
+    w.view.viewport()->repaint();
+    const int inPlace = w.layout.editsInPlace();
+    PaintCounter paints(w.view.viewport());
+    benchmark::IterationCount n = 0;
     for (auto _ : state) {
-        QKeyEvent type(QEvent::KeyPress, Qt::Key_X, Qt::NoModifier, QStringLiteral("x"));
-        QApplication::sendEvent(&w.view, &type);
-        w.view.viewport()->repaint();
-        QKeyEvent erase(QEvent::KeyPress, Qt::Key_Backspace, Qt::NoModifier);
-        QApplication::sendEvent(&w.view, &erase);
+        QKeyEvent key = keystroke(n++);
+        QApplication::sendEvent(&w.view, &key);
         w.view.viewport()->repaint();
     }
+    // An odd count leaves an x behind; the pages are counted before.
     state.counters["page"] = w.layout.currentPage();
     state.counters["pages"] = pages;
+    state.counters["inPlace"] = double(w.layout.editsInPlace() - inPlace) / double(n);
+    state.counters["paints"] = double(paints.count) / double(n);
 }
 BENCHMARK(BM_KeystrokeOnSheet)->Arg(1)->Arg(1000)->Unit(benchmark::kMillisecond);
 
@@ -186,16 +217,15 @@ void BM_WindowKeystrokeOnSheet(benchmark::State& state) {
     view->setFocus();
     view->ensureCaretVisible();
     QApplication::processEvents();
+    PaintCounter paints(view->viewport());
+    benchmark::IterationCount n = 0;
     for (auto _ : state) {
-        QKeyEvent type(QEvent::KeyPress, Qt::Key_X, Qt::NoModifier, QStringLiteral("x"));
-        QApplication::sendEvent(view, &type);
-        QApplication::processEvents();
-        view->viewport()->repaint();
-        QKeyEvent erase(QEvent::KeyPress, Qt::Key_Backspace, Qt::NoModifier);
-        QApplication::sendEvent(view, &erase);
+        QKeyEvent key = keystroke(n++);
+        QApplication::sendEvent(view, &key);
         QApplication::processEvents();
         view->viewport()->repaint();
     }
+    state.counters["paints"] = double(paints.count) / double(n);
     state.counters["page"] = layout.currentPage();
     state.counters["pages"] = pages;
     document->setHasDocumentChanged(false);
