@@ -4,9 +4,14 @@
 #include <QTextDocument>
 #include <QTextFrame>
 #include <QTextLayout>
+#include <algorithm>
 #include <vector>
 
 namespace {
+
+// Characters of a change beyond which the line counts are taken again from
+// the whole document rather than from the changed paragraphs.
+constexpr int kCountedChange = 100000;
 
 struct LineGeometry {
     QPointF position;
@@ -63,12 +68,39 @@ void PagedTextLayout::documentChanged(int from, int oldLength, int length) {
         if (block.isValid() && from + length < block.position() + block.length() &&
             standsAlone(*doc, block) && relayoutInPlace(block)) {
             ++m_inPlaceCount;
+            countLines(from, from);
             Q_EMIT update(blockBoundingRect(block));
             return;
         }
     }
     ++m_passedOnCount;
     QTextDocumentLayout::documentChanged(from, oldLength, length);
+    // Lines are broken anew only in the changed paragraphs, unless the
+    // whole text or its width changed; paragraphs moved onto another sheet
+    // keep their lines. Qt lays out far only in steps from a timer, and a
+    // paragraph not yet laid out has no lines to count.
+    if (length > kCountedChange || layoutStatus() != 100) {
+        m_countsStale = true;
+    } else if (!m_countsStale) {
+        countLines(from, from + length);
+    }
+}
+
+bool PagedTextLayout::lineNumbersReady() {
+    if (m_countsStale && layoutStatus() == 100) {
+        countLines(0, document()->characterCount());
+        m_countsStale = false;
+    }
+    return !m_countsStale;
+}
+
+void PagedTextLayout::countLines(int from, int to) {
+    const QTextDocument* doc = document();
+    for (QTextBlock block = doc->findBlock(from); block.isValid() && block.position() <= to;
+         block = block.next()) {
+        const QTextLayout* layout = block.layout();
+        block.setLineCount(std::max(1, layout != nullptr ? layout->lineCount() : 0));
+    }
 }
 
 bool PagedTextLayout::relayoutInPlace(const QTextBlock& block) {

@@ -20,6 +20,12 @@ public:
     // document, which only the full layout reports.
     void setInPlaceEdits(bool on) { m_inPlace = on; }
     bool inPlaceEdits() const { return m_inPlace; }
+    // Whether every paragraph's line count stands in the document's block
+    // map (QTextBlock::lineCount, firstLineNumber, QTextDocument::lineCount),
+    // so that line numbers take no walk over the document. Counts are kept
+    // up as edits are laid out; after a load or a change of line width they
+    // are taken once the layout has reached the end, here. False until then.
+    bool lineNumbersReady();
     // Edits taken in place and edits passed on, since construction.
     int inPlaceCount() const { return m_inPlaceCount; }
     int passedOnCount() const { return m_passedOnCount; }
@@ -32,9 +38,13 @@ private:
     // stood; false when the outcome would move anything below it (the
     // paragraph's lines are then left for Qt's layout to redo).
     bool relayoutInPlace(const QTextBlock& block);
+    // Stores the line counts of the paragraphs from `from` to `to`.
+    void countLines(int from, int to);
 
     bool m_inPlace = true;
     int m_blockCount = 0;
     int m_inPlaceCount = 0;
     int m_passedOnCount = 0;
+    // The block map's line counts need taking from every paragraph.
+    bool m_countsStale = true;
 };

@@ -1,3 +1,4 @@
+#include "documents/DocumentLifecycle.h"
 #include "documents/DocumentModel.h"
 #include "documents/PageLayout.h"
 #include "platform/richtext/RichTextBox.h"
@@ -7,6 +8,7 @@
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QTextLayout>
+#include <algorithm>
 #include <functional>
 #include <gtest/gtest.h>
 #include <tuple>
@@ -70,11 +72,35 @@ QStringList pagesOutput(const PageLayout& layout) {
     return out;
 }
 
+// The status bar's line numbers counted over every paragraph's lines.
+LineStatus countedLineStatus(const QTextDocument& doc, int position) {
+    LineStatus status{0, 0};
+    for (QTextBlock block = doc.begin(); block.isValid(); block = block.next()) {
+        const QTextLayout* layout = block.layout();
+        for (int i = 0; i < layout->lineCount(); ++i) {
+            if (block.contains(position) &&
+                position - block.position() >= layout->lineAt(i).textStart()) {
+                status.current = status.total + i + 1;
+            }
+        }
+        status.total += std::max(1, layout->lineCount());
+    }
+    return status;
+}
+
 // After each edit, once the layout has run to the end, the lines and sheets
-// are those of a layout of the same text from scratch.
+// are those of a layout of the same text from scratch, and the line numbers
+// those counted over all the lines.
 void expectAsFresh(Window& w, const char* edit) {
     const std::vector<Line> edited = lineGeometry(w.layout);
     const QStringList editedPages = pagesOutput(w.layout);
+    const QTextDocument& doc = *w.box.document();
+    for (const int position : {0, w.box.textCursor().position(), doc.characterCount() - 1}) {
+        const LineStatus kept = documentLineStatus(doc, position);
+        const LineStatus counted = countedLineStatus(doc, position);
+        EXPECT_EQ(kept.current, counted.current) << edit << " at " << position;
+        EXPECT_EQ(kept.total, counted.total) << edit;
+    }
     // Binding the page again lays everything out from the top.
     w.layout.setupDocument();
     EXPECT_EQ(edited, lineGeometry(w.layout)) << edit;
