@@ -3,6 +3,7 @@
 #include "context/AppContext.h"
 #include "documents/DocumentFile.h"
 #include "documents/DocumentModel.h"
+#include "documents/PagedTextLayout.h"
 #include "documents/modDocument.h"
 #include "files/clsINI.h"
 #include "files/clsWorkingFolderLocation.h"
@@ -279,8 +280,21 @@ QString formatLineCount(long long value) {
 
 LineStatus documentLineStatus(const QTextDocument& document, int cursorPosition) {
     LineStatus status;
-    status.total = 0;
     const QTextBlock caretBlock = document.findBlock(cursorPosition);
+    auto* paged = dynamic_cast<PagedTextLayout*>(document.documentLayout());
+    if (paged != nullptr && paged->lineNumbersReady() && caretBlock.isValid()) {
+        status.total = document.lineCount();
+        status.current = caretBlock.firstLineNumber() + 1;
+        const QTextLayout* layout = caretBlock.layout();
+        const int offset = cursorPosition - caretBlock.position();
+        for (int i = 1; layout != nullptr && i < layout->lineCount(); ++i) {
+            if (offset >= layout->lineAt(i).textStart()) {
+                status.current = caretBlock.firstLineNumber() + i + 1;
+            }
+        }
+        return status;
+    }
+    status.total = 0;
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
         const QTextLayout* layout = block.layout();
         const int lines = layout != nullptr ? layout->lineCount() : 0;

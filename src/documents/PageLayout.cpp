@@ -1,6 +1,7 @@
 #include "documents/PageLayout.h"
 
 #include "documents/DocumentModel.h"
+#include "documents/PagedTextLayout.h"
 #include "platform/errorClass.h"
 #include "platform/fileControl.h"
 #include "platform/richtext/RichTextBox.h"
@@ -74,7 +75,9 @@ PageLayout::PageLayout(RichTextBox& box, const DocumentModel& model, QObject* pa
     QTextDocument* doc = document();
     doc->setUseDesignMetrics(true);
     doc->setDocumentMargin(0);
-    QAbstractTextDocumentLayout* layout = doc->documentLayout();
+    m_textLayout = new PagedTextLayout(doc);
+    doc->setDocumentLayout(m_textLayout);
+    QAbstractTextDocumentLayout* layout = m_textLayout;
     connect(layout, &QAbstractTextDocumentLayout::pageCountChanged, this, &PageLayout::onPageCount);
     connect(layout, &QAbstractTextDocumentLayout::documentSizeChanged, this, &PageLayout::onSize);
     connect(layout, &QAbstractTextDocumentLayout::update, this, &PageLayout::updateRequest);
@@ -112,6 +115,14 @@ QTextDocument* PageLayout::document() const {
 
 QPaintDevice* PageLayout::device() const {
     return m_device.get();
+}
+
+int PageLayout::editsInPlace() const {
+    return m_textLayout->inPlaceCount();
+}
+
+int PageLayout::editsPassedOn() const {
+    return m_textLayout->passedOnCount();
 }
 
 void PageLayout::setupDocument() {
@@ -181,6 +192,7 @@ void PageLayout::bind() {
     // Binding sets the text width, which also switches pagination off.
     m_box.setWindowWidth(m_windowWidth);
     m_box.setViewMode(m_viewMode, m_device.get(), text.width());
+    m_textLayout->setInPlaceEdits(m_viewMode != NoWrap);
     if (m_display == PageDisplay) {
         QTextDocument* doc = document();
         doc->setPageSize(QSizeF(doc->textWidth(), text.height() * unitsPerTwip()));

@@ -9,6 +9,7 @@
 #include <vector>
 
 class DocumentModel;
+class PagedTextLayout;
 class QPainter;
 class QTextDocument;
 class RichTextBox;
@@ -136,6 +137,10 @@ public:
 
     QTextDocument* document() const;
     QPaintDevice* device() const;
+    // Edits laid out within their paragraph alone, and edits Qt's layout
+    // took down the rest of the document; for tests and benchmarks.
+    int editsInPlace() const;
+    int editsPassedOn() const;
 
 Q_SIGNALS:
     // The number of laid-out pages changed.
@@ -168,6 +173,8 @@ private:
 
     RichTextBox& m_box;
     const DocumentModel& m_model;
+    // Owned by the document.
+    PagedTextLayout* m_textLayout = nullptr;
     std::unique_ptr<FixedDevice> m_device;
     int m_display = PageDisplay;
     int m_viewMode = PrinterWrap;

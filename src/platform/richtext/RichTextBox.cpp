@@ -1,12 +1,12 @@
 #include "platform/richtext/RichTextBox.h"
 
-#include "platform/text/CodePage1252.h"
+#include "platform/errorClass.h"
+#include "platform/fileControl.h"
 #include "platform/richtext/RichTextBoxPrivate.h"
 #include "platform/richtext/RichTextFormat.h"
 #include "platform/rtf/RtfReader.h"
 #include "platform/rtf/RtfWriter.h"
-#include "platform/errorClass.h"
-#include "platform/fileControl.h"
+#include "platform/text/CodePage1252.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -42,8 +42,47 @@ RichTextBox::Impl::Impl(RichTextBox* owner) : box(owner), document(new QTextDocu
     option.setTextDirection(Qt::LeftToRight);
     document->setDefaultTextOption(option);
     cursor = QTextCursor(document);
-    QObject::connect(document, &QTextDocument::contentsChange, owner,
-                     [this](int, int, int) { mapValid = false; });
+    QObject::connect(
+        document, &QTextDocument::contentsChange, owner,
+        [this](int from, int removed, int added) { noteChange(from, removed, added); });
+    // Qt tells where a change was only to a document with a layout; any
+    // other change makes the map be counted again.
+    QObject::connect(document, &QTextDocument::contentsChanged, owner, [this] {
+        if (!changeNoted) {
+            mapValid = false;
+        }
+        changeNoted = false;
+    });
+}
+
+void RichTextBox::Impl::noteChange(int from, int removed, int added) {
+    changeNoted = true;
+    if (!mapValid) {
+        return;
+    }
+    // Qt also reports a change of layout as the whole text inserted, and a
+    // big change is as cheap to map again as to patch: either way the map
+    // is rebuilt when next asked.
+    const int length = document->characterCount();
+    if (added > 4096 || mappedLength - removed + added != length) {
+        mapValid = false;
+        return;
+    }
+    // Typing touches a few characters; the rest of the map only shifts.
+    const auto first = std::lower_bound(separators.begin(), separators.end(), from);
+    const auto last = std::lower_bound(first, separators.end(), from + removed);
+    const auto next = separators.erase(first, last);
+    for (auto it = next; it != separators.end(); ++it) {
+        *it += added - removed;
+    }
+    std::vector<int> inserted;
+    for (int at = from; at < from + added && at < length - 1; ++at) {
+        if (isDoubleWidth(document->characterAt(at))) {
+            inserted.push_back(at);
+        }
+    }
+    separators.insert(next, inserted.begin(), inserted.end());
+    mappedLength = length;
 }
 
 void RichTextBox::Impl::rebuildMap() const {
@@ -58,6 +97,7 @@ void RichTextBox::Impl::rebuildMap() const {
             separators.push_back(i);
         }
     }
+    mappedLength = document->characterCount();
     mapValid = true;
 }
 

@@ -25,6 +25,8 @@ struct RichTextBox::Impl {
 
     // Text positions, where a paragraph or line end counts two.
     void rebuildMap() const;
+    // Keeps the map in step with an edit (QTextDocument::contentsChange).
+    void noteChange(int from, int removed, int added);
     int toText(int documentPosition) const;
     int toDocument(int textPosition) const;
     int textLength() const;
@@ -54,6 +56,8 @@ struct RichTextBox::Impl {
 
     mutable bool mapValid = false;
     mutable std::vector<int> separators; // document positions of line ends
+    mutable int mappedLength = 0;        // the document's length the map is for
+    bool changeNoted = false;            // the map followed the change being made
 };
 
 // Plain text from file bytes: a byte-order mark decides, then UTF-8 if the

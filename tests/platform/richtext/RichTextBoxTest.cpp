@@ -6,6 +6,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QPdfWriter>
+#include <QTextCursor>
 #include <QTextDocument>
 #include <gtest/gtest.h>
 
@@ -69,6 +70,50 @@ TEST(RichTextBox, TextRtfOfNonRtfLoadsPlainText) {
     RichTextBox box;
     box.setTextRTF(QStringLiteral("no header"));
     EXPECT_EQ(box.Text(), QStringLiteral("no header"));
+}
+
+// Text positions are kept up through edits rather than counted again from
+// the whole text each time: after every kind of edit they agree with a box
+// that counts them afresh from the same text.
+TEST(RichTextBox, TextPositionsFollowEdits) {
+    RichTextBox box;
+    box.setText(kThreeLines + QStringLiteral("\r\ndelta epsilon\r\nzeta"));
+    const auto expectSameAsFresh = [&box](const char* edit) {
+        RichTextBox fresh;
+        fresh.setText(box.Text());
+        ASSERT_EQ(box.TextLength(), fresh.TextLength()) << edit;
+        const int end = box.document()->characterCount() - 1;
+        for (int position = 0; position <= end; ++position) {
+            ASSERT_EQ(box.toTextPosition(position), fresh.toTextPosition(position))
+                << edit << " at " << position;
+        }
+        for (int text = 0; text <= box.TextLength(); ++text) {
+            ASSERT_EQ(box.toDocumentPosition(text), fresh.toDocumentPosition(text))
+                << edit << " at " << text;
+        }
+    };
+    expectSameAsFresh("set");
+    QTextCursor cursor(box.document());
+    cursor.setPosition(2);
+    cursor.insertText(QStringLiteral("x"));
+    expectSameAsFresh("type");
+    cursor.insertText(QStringLiteral("\n"));
+    expectSameAsFresh("paragraph end");
+    cursor.deletePreviousChar();
+    expectSameAsFresh("join paragraphs");
+    cursor.insertText(QString(QChar::LineSeparator) + QStringLiteral("a\nb"));
+    expectSameAsFresh("line break and paragraphs");
+    cursor.setPosition(1);
+    cursor.setPosition(15, QTextCursor::KeepAnchor);
+    cursor.insertText(QStringLiteral("y"));
+    expectSameAsFresh("replace over paragraph ends");
+    box.document()->undo();
+    expectSameAsFresh("undo");
+    box.setSelStart(box.TextLength());
+    box.typeText(QStringLiteral("\n"));
+    expectSameAsFresh("paragraph end at the end");
+    box.setText(QString(5000, QLatin1Char('a')) + QStringLiteral("\r\nb"));
+    expectSameAsFresh("a long text set");
 }
 
 TEST(RichTextBox, SelTextReplacesTheSelection) {
