@@ -48,6 +48,7 @@ bool PdfTarget::begin(const DocumentModel& geometry) {
         setError(writeFailure());
         return false;
     }
+    m_tuning.emplace();
     m_writer = std::make_unique<QPdfWriter>(&m_file);
     m_writer->setResolution(kResolution);
     m_writer->setCreator(QStringLiteral("Quillmere Pad"));
@@ -73,6 +74,7 @@ bool PdfTarget::end() {
     }
     const bool painted = closePainter();
     m_writer.reset();
+    m_tuning.reset();
     if (!painted) {
         m_file.cancelWriting();
         m_file.commit();
@@ -89,6 +91,7 @@ bool PdfTarget::end() {
 void PdfTarget::abort() {
     closePainter();
     m_writer.reset();
+    m_tuning.reset();
     m_file.cancelWriting();
     m_file.commit();
 }
