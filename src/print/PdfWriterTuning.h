@@ -11,7 +11,7 @@
 // one on a thread with an open scope; an explicit level is kept.
 class PdfWriterTuning {
 public:
-    // zlib's deflate level for Qt's PDF streams: a third of the default's
+    // zlib's deflate level for Qt's PDF streams: under half the default's
     // time for files about a quarter larger.
     static constexpr int FastLevel = 3;
 
