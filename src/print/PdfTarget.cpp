@@ -65,7 +65,13 @@ bool PdfTarget::newPage() {
         setError(writeFailure());
         return false;
     }
-    return PagedDeviceTarget::newPage();
+    if (!PagedDeviceTarget::newPage()) {
+        return false;
+    }
+    if (m_tuning) {
+        m_tuning->sheetWritten();
+    }
+    return true;
 }
 
 bool PdfTarget::end() {

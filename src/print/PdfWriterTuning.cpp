@@ -17,6 +17,8 @@ thread_local int t_openScopes = 0;
 // defined, is not installed.
 constexpr int kDefaultMemLevel = 8;
 
+constexpr int kSheetsBetweenTrims = 64;
+
 void keepStreamBuffersInHeap() {
 #if defined(__GLIBC__)
     // Qt's PDF writer reads each page's stream through two 16 MB buffers.
@@ -41,6 +43,17 @@ PdfWriterTuning::PdfWriterTuning() {
 
 PdfWriterTuning::~PdfWriterTuning() {
     --t_openScopes;
+}
+
+void PdfWriterTuning::sheetWritten() {
+#if defined(__GLIBC__)
+    // Kept in the heap, the stream buffers of sheet after sheet leave holes
+    // there that the trim threshold keeps: unreturned, they would make the
+    // memory grow with the page count.
+    if (++m_sheets % kSheetsBetweenTrims == 0) {
+        malloc_trim(0);
+    }
+#endif
 }
 
 int PdfWriterTuning::defaultLevelInForce() {

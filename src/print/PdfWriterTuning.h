@@ -20,7 +20,15 @@ public:
     PdfWriterTuning(const PdfWriterTuning&) = delete;
     PdfWriterTuning& operator=(const PdfWriterTuning&) = delete;
 
+    // Called after each sheet: gives the heap that the sheets before left
+    // free back to the system now and then, so that the writer's memory
+    // does not grow with the page count.
+    void sheetWritten();
+
     // The level a default deflateInit_() gets on this thread now: FastLevel
     // inside a scope, zlib's default (-1) outside.
     static int defaultLevelInForce();
+
+private:
+    int m_sheets = 0;
 };
