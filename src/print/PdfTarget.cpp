@@ -48,6 +48,7 @@ bool PdfTarget::begin(const DocumentModel& geometry) {
         setError(writeFailure());
         return false;
     }
+    m_tuning.emplace();
     m_writer = std::make_unique<QPdfWriter>(&m_file);
     m_writer->setResolution(kResolution);
     m_writer->setCreator(QStringLiteral("Quillmere Pad"));
@@ -64,7 +65,13 @@ bool PdfTarget::newPage() {
         setError(writeFailure());
         return false;
     }
-    return PagedDeviceTarget::newPage();
+    if (!PagedDeviceTarget::newPage()) {
+        return false;
+    }
+    if (m_tuning) {
+        m_tuning->sheetWritten();
+    }
+    return true;
 }
 
 bool PdfTarget::end() {
@@ -73,6 +80,7 @@ bool PdfTarget::end() {
     }
     const bool painted = closePainter();
     m_writer.reset();
+    m_tuning.reset();
     if (!painted) {
         m_file.cancelWriting();
         m_file.commit();
@@ -89,6 +97,7 @@ bool PdfTarget::end() {
 void PdfTarget::abort() {
     closePainter();
     m_writer.reset();
+    m_tuning.reset();
     m_file.cancelWriting();
     m_file.commit();
 }

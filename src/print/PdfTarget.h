@@ -1,9 +1,11 @@
 #pragma once
 
+#include "print/PdfWriterTuning.h"
 #include "print/PrintTarget.h"
 
 #include <QSaveFile>
 #include <memory>
+#include <optional>
 
 class QPdfWriter;
 
@@ -35,4 +37,6 @@ private:
     QString m_title;
     QSaveFile m_file;
     std::unique_ptr<QPdfWriter> m_writer;
+    // From begin() until the file is finished or dropped.
+    std::optional<PdfWriterTuning> m_tuning;
 };

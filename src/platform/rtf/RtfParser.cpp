@@ -61,7 +61,8 @@ bool startsDestination(RtfWord::Kind kind) {
 using namespace RtfWord;
 
 RtfParser::RtfParser(QTextCursor& cursor, bool replaceDocument)
-    : m_cursor(cursor), m_replaceDocument(replaceDocument) {
+    : m_cursor(cursor), m_replaceDocument(replaceDocument),
+      m_unitsPerTwip(RichTextFormat::unitsPerTwip(*cursor.document())) {
     m_states.reserve(64);
     m_textState = RtfCharState{};
 }

@@ -254,7 +254,7 @@ void RtfParser::finishPicture(RtfPicture& picture) {
     format.setName(name);
     format.setProperty(RichTextFormat::PictureWidthTwips, width);
     format.setProperty(RichTextFormat::PictureHeightTwips, height);
-    const double scale = RichTextFormat::unitsPerTwip(*document);
+    const double scale = m_unitsPerTwip;
     format.setWidth(width * scale);
     format.setHeight(height * scale);
     // Pictures sit in the text of the enclosing group.
@@ -350,7 +350,7 @@ void RtfParser::enterTable() {
     }
     if (!widths.isEmpty()) {
         format.setProperty(RichTextFormat::ColumnWidthsTwips, widths);
-        const double scale = RichTextFormat::unitsPerTwip(*m_cursor.document());
+        const double scale = m_unitsPerTwip;
         QList<QTextLength> lengths;
         for (const QVariant& width : widths) {
             lengths.append(QTextLength(QTextLength::FixedLength, width.toInt() * scale));
@@ -400,7 +400,7 @@ void RtfParser::applyParagraph() {
     const RtfParaState& para = state().para;
     QTextBlockFormat format;
     using RichTextFormat::setBlockTwips;
-    const double scale = RichTextFormat::unitsPerTwip(*m_cursor.document());
+    const double scale = m_unitsPerTwip;
     switch (para.alignment) {
     case 1:
         format.setAlignment(Qt::AlignRight | Qt::AlignAbsolute);
@@ -505,13 +505,9 @@ void RtfParser::endParagraph(bool pageBreak) {
         format.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysAfter);
         m_cursor.setBlockFormat(format);
     }
-    m_cursor.insertBlock(m_cursor.blockFormat(), charFormat(state().ch));
-    // The new block starts plain; its format comes at its own end.
-    QTextBlockFormat plain;
-    m_cursor.setBlockFormat(plain);
-    if (QTextList* list = m_cursor.block().textList()) {
-        list->remove(m_cursor.block());
-    }
+    // The new block starts plain, in no list; its format comes at its own
+    // end.
+    m_cursor.insertBlock(QTextBlockFormat(), charFormat(state().ch));
     m_blockHasContent = false;
     m_lastWasParagraphEnd = true;
     m_sawParagraph = true;

@@ -95,6 +95,9 @@ private:
 
     QTextCursor& m_cursor;
     bool m_replaceDocument;
+    // The document's layout units per twip, asked once: the parse does not
+    // change them.
+    double m_unitsPerTwip;
     std::vector<RtfGroupState> m_states;
     int m_excessDepth = 0; // groups beyond kMaxDepth, skipped
     bool m_finished = false;
