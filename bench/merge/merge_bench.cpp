@@ -154,18 +154,18 @@ struct WholeMerge {
 // The files a plain loop writes with the same care as the vault: each at
 // the same place in a tree of client folders, to a temporary beside its
 // target, one file-system sync per 256 letters as the vault does, then
-// renamed into place.
+// renamed into place. Its folders are its own and new, so it has no
+// temporaries of a killed run to look for.
 double plainWrites(const QString& folder,
                    const std::vector<std::pair<QString, QByteArray>>& letters) {
     QDir().mkpath(folder);
     QElapsedTimer timer;
     timer.start();
-    LetterWriter writer;
     std::vector<std::pair<QString, QString>> pending;
     auto placeAll = [&] {
-        writer.syncFileSystem(folder);
+        LetterWriter::syncFileSystem(folder);
         for (const auto& [temporary, path] : pending) {
-            writer.place(temporary, path);
+            LetterWriter::place(temporary, path);
         }
         pending.clear();
     };
@@ -175,7 +175,7 @@ double plainWrites(const QString& folder,
         if (!QFileInfo::exists(clientFolder)) {
             QDir().mkpath(clientFolder);
         }
-        pending.emplace_back(writer.writeTemporary(path, bytes), path);
+        pending.emplace_back(LetterWriter::writeTemporaryUnswept(path, bytes), path);
         if (pending.size() == 256) {
             placeAll();
         }
@@ -299,10 +299,11 @@ int main(int argc, char** argv) {
         std::printf("whole merge, %d clients: %d letters; first merge and save %.0f letters/s; "
                     "repeat merge and save %.0f letters/s (%.1f us each); merge alone %.0f "
                     "letters/s; plain loop writing the same files %.0f letters/s; repeat "
-                    "against plain loop %.2fx\n",
+                    "against plain loop %.2fx; first against plain loop %.2fx\n",
                     clients, m.records, m.records / m.firstSeconds, m.records / m.repeatSeconds,
                     1e6 * m.repeatSeconds / m.records, m.records / m.mergeSeconds,
-                    m.records / m.plainSeconds, m.repeatSeconds / m.plainSeconds);
+                    m.records / m.plainSeconds, m.repeatSeconds / m.plainSeconds,
+                    m.firstSeconds / m.plainSeconds);
         std::printf("whole merge, %d clients: merge and save over earlier letters (each moved "
                     "to Replaced) %.0f letters/s, against plain loop %.2fx\n",
                     clients, m.records / m.replaceSeconds, m.replaceSeconds / m.plainSeconds);

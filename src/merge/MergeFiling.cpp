@@ -9,8 +9,6 @@
 #include "platform/text/stringControl.h"
 
 #include <QFile>
-#include <QFileInfo>
-#include <QUuid>
 
 namespace {
 
@@ -46,23 +44,43 @@ MergeFiling::~MergeFiling() {
     m_queue.reset();
 }
 
-QString MergeFiling::letterFolder(const MergedRecord& record) {
+QString MergeFiling::plannedFolder(const ClientFolderPlan& plan, size_t index) {
+    if (plan.mustMake) {
+        m_pending = PendingFolder{plan, m_queue->makeFolder(plan.folder), index, std::nullopt};
+    }
+    return plan.folder;
+}
+
+QString MergeFiling::letterFolder(size_t index) {
+    const MergedRecord& record = m_document.records[index];
     if (!m_index && connected()) {
         m_index.emplace(*app().database);
     }
-    DocVaultIndex* index = m_index ? &*m_index : nullptr;
     QString folder;
     if (m_document.model.InformationType == InformationKind::Appointments) {
         const int client = MergeLookups::getClientDataIDFromCompanyID(
             MergeLookups::getCompanyIDFromAppointmentID(record.appointmentID));
-        folder = MergeLookups::validClientID(client)
-                     ? getBusinessClientDocFolder(client, m_vaultRoot, index)
-                     : getMiscAppointmentsFolder(m_vaultRoot);
+        if (!MergeLookups::validClientID(client)) {
+            folder = getMiscAppointmentsFolder(m_vaultRoot);
+        } else if (m_index) {
+            folder = plannedFolder(planBusinessClientDocFolder(client, m_vaultRoot, *m_index),
+                                   index);
+        } else {
+            folder = getBusinessClientDocFolder(client, m_vaultRoot);
+        }
     } else {
         const int client = MergeLookups::getClientDataIDFromCompanyID(record.companyID);
-        folder = MergeLookups::validClientID(client)
-                     ? getBusinessClientDocFolder(client, m_vaultRoot, index)
-                     : getPersonalClientDocFolder(record.contactID, m_vaultRoot, index);
+        if (!m_index) {
+            folder = MergeLookups::validClientID(client)
+                         ? getBusinessClientDocFolder(client, m_vaultRoot)
+                         : getPersonalClientDocFolder(record.contactID, m_vaultRoot);
+        } else {
+            folder = plannedFolder(
+                MergeLookups::validClientID(client)
+                    ? planBusinessClientDocFolder(client, m_vaultRoot, *m_index)
+                    : planPersonalClientDocFolder(record.contactID, m_vaultRoot, *m_index),
+                index);
+        }
     }
     if (folder.isEmpty()) {
         folder = m_vaultRoot.isEmpty() ? QString() : fileControl::AddBackslash(m_vaultRoot);
@@ -70,39 +88,45 @@ QString MergeFiling::letterFolder(const MergedRecord& record) {
     return folder;
 }
 
+void MergeFiling::completeFolder() {
+    if (!m_pending) {
+        return;
+    }
+    const PendingFolder pending = std::move(*m_pending);
+    m_pending.reset();
+    QString failure = m_queue->folderMade(pending.ticket);
+    if (failure.isEmpty()) {
+        try {
+            completeClientDocFolder(pending.plan, *m_index);
+        } catch (const QmError& fault) {
+            failure = fault.description();
+        }
+    }
+    if (failure.isEmpty()) {
+        return;
+    }
+    m_document.records[pending.record].failure = failure;
+    if (pending.staged) {
+        m_open[*pending.staged].folderFailure = failure;
+    }
+}
+
 // The bytes of one saved letter: the text as the box writes it back (the
 // round trip normalises the merged RTF), then the trailer, built in memory
 // so that the letter is written once.
-QByteArray MergeFiling::letterBytes(const QString& rtf, const QString& scratchFolder) {
+QByteArray MergeFiling::letterBytes(const QString& rtf) {
     if (m_saved.fileSaveType == RichTextBox::rtfRTF && m_normalised) {
         if (const std::optional<QString> text = m_normalised->normalisedText(rtf)) {
             return documentFileBytes(text->toLatin1(), m_saved);
         }
     }
     m_scratch.setTextRTF(rtf);
-    if (m_saved.fileSaveType == RichTextBox::rtfRTF) {
-        return documentFileBytes(m_scratch.TextRTF().toLatin1(), m_saved);
-    }
-    // Plain text takes the box's own encoding, which only its file save
-    // gives; a rare kind, so the extra file is accepted.
-    const QString temporary = scratchFolder + QStringLiteral("/.qm-") +
-                              QUuid::createUuid().toString(QUuid::Id128) + QStringLiteral(".part");
-    try {
-        m_scratch.SaveFile(temporary, m_saved.fileSaveType);
-        const auto content = fileControl::readWholeFile(temporary);
-        QFile::remove(temporary);
-        if (!content) {
-            throw QmError(QmError::PathFileAccessError,
-                          QStringLiteral("Path/File access error: ") + temporary);
-        }
-        return documentFileBytes(*content, m_saved);
-    } catch (...) {
-        QFile::remove(temporary);
-        throw;
-    }
+    return documentFileBytes(m_scratch.fileBytes(m_saved.fileSaveType), m_saved);
 }
 
 void MergeFiling::file(size_t index) {
+    // The folder of the record before, made while this one merged.
+    completeFolder();
     MergedRecord& record = m_document.records[index];
     Staged letter;
     letter.index = index;
@@ -122,25 +146,25 @@ void MergeFiling::file(size_t index) {
                 !stringControl::isBlank(letter.path) && fileControl::FileExists(letter.path);
             if (!letter.ownEarlierSave) {
                 letter.path =
-                    letterFolder(record) + parseMergeFileName(m_document.templateCaption,
-                                                              m_document.model.fileSaveType,
-                                                              DocumentModel::MergeResults,
-                                                              m_document.model.InformationType);
+                    letterFolder(index) + parseMergeFileName(m_document.templateCaption,
+                                                             m_document.model.fileSaveType,
+                                                             DocumentModel::MergeResults,
+                                                             m_document.model.InformationType);
             }
             if (!m_vaultRoot.isEmpty()) {
                 requireInsideVault(letter.path, m_vaultRoot);
             }
-            const QString folder = fileControl::FolderName(letter.path);
-            // Before any temporary of this run goes there, the scratch
-            // file of a plain-text letter included.
-            m_writer.sweep(QFileInfo(letter.path).absolutePath());
-            m_queue->add(letter.path, letterBytes(record.rtf, folder));
+            m_queue->add(letter.path, letterBytes(record.rtf),
+                         m_pending ? std::optional(m_pending->ticket) : std::nullopt);
             letter.written = true;
         } catch (const QmError& fault) {
             record.failure = fault.description();
         }
     }
     m_open.push_back(std::move(letter));
+    if (m_pending && m_open.back().written) {
+        m_pending->staged = m_open.size() - 1;
+    }
     if (m_open.size() >= kLettersPerSync || m_sinceClose.hasExpired(kMostMillisecondsPerSync)) {
         closeBatch();
     }
@@ -148,6 +172,8 @@ void MergeFiling::file(size_t index) {
 }
 
 void MergeFiling::closeBatch() {
+    // Every folder row goes in with the commit before its letter is placed.
+    completeFolder();
     if (m_folderRows) {
         try {
             m_folderRows->commit();
@@ -183,7 +209,12 @@ void MergeFiling::place(const std::vector<Staged>& staged, LetterWriteQueue::Bat
         MergedRecord& record = m_document.records[letter.index];
         if (letter.written) {
             const LetterWriteQueue::Written& written = batch.letters.at(next++);
-            if (!written.failure.isEmpty()) {
+            if (!letter.folderFailure.isEmpty()) {
+                if (!written.temporary.isEmpty()) {
+                    QFile::remove(written.temporary);
+                }
+                record.failure = letter.folderFailure;
+            } else if (!written.failure.isEmpty()) {
                 record.failure = written.failure;
             } else {
                 try {

@@ -48,6 +48,30 @@ QString getPersonalClientDocFolder(int contactID, const QString& root = QString(
                                    DocVaultIndex* index = nullptr);
 QString getMiscAppointmentsFolder(const QString& root = QString());
 
+// The same lookups in two steps, for a walk that makes new folders on
+// another thread: the plan finds the folder and whether it must be made,
+// touching neither disk nor table; once the folder has been made
+// (makeVaultFolder), completeClientDocFolder writes its row and tells the
+// index. The database must be connected for both steps. A folder that could
+// not be made is not completed, as the one-step functions leave it.
+struct ClientFolderPlan {
+    QString folder; // with a trailing separator
+    bool mustMake = false;
+    QString keyColumn;
+    int id = 0;
+    QString relative;
+    bool hasRow = false;       // the client has a row to update
+    bool rowIsCurrent = false; // ...which already names this folder
+};
+ClientFolderPlan planBusinessClientDocFolder(int clientDataID, const QString& root,
+                                             DocVaultIndex& index);
+ClientFolderPlan planPersonalClientDocFolder(int contactID, const QString& root,
+                                             DocVaultIndex& index);
+// Raises QmError PathNotFound when the folder cannot be made.
+void makeVaultFolder(const QString& folder);
+// Database faults pass as QmError; the index is then left as it was.
+void completeClientDocFolder(const ClientFolderPlan& plan, DocVaultIndex& index);
+
 // Raises QmError PathFileAccessError unless `path` lies strictly below
 // `root` once "." and ".." are resolved.
 void requireInsideVault(const QString& path, const QString& root);

@@ -144,6 +144,9 @@ public:
     // Writes TextRTF (rtfRTF) or Text (rtfText) whole and atomically. Throws
     // QmError PathFileAccessError when it cannot be written.
     void SaveFile(const QString& path, int format = rtfRTF) const;
+    // The bytes SaveFile writes: TextRTF in Latin-1, or Text in code page
+    // 1252 when it fits and UTF-8 with a byte-order mark when it does not.
+    QByteArray fileBytes(int format = rtfRTF) const;
 
     // Lines as laid out for the current target (see setTargetDevice), 0-based.
     int lineCount() const;             // EM_GETLINECOUNT, at least 1
