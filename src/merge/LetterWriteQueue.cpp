@@ -48,10 +48,15 @@ LetterWriteQueue::FolderTicket LetterWriteQueue::makeFolder(const QString& folde
     return ticket;
 }
 
-QString LetterWriteQueue::folderMade(FolderTicket ticket) {
+std::optional<QString> LetterWriteQueue::folderMade(FolderTicket ticket, bool wait) {
     std::unique_lock lock(m_mutex);
-    m_progressed.wait(lock, [&] { return m_madeFolders.count(ticket) > 0; });
+    if (wait) {
+        m_progressed.wait(lock, [&] { return m_madeFolders.count(ticket) > 0; });
+    }
     const auto made = m_madeFolders.find(ticket);
+    if (made == m_madeFolders.end()) {
+        return std::nullopt;
+    }
     QString failure = std::move(made->second);
     m_madeFolders.erase(made);
     return failure;

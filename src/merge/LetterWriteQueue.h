@@ -52,9 +52,10 @@ public:
     // Makes `folder` and its parents (makeVaultFolder) ahead of the letters
     // waiting to be written.
     FolderTicket makeFolder(const QString& folder);
-    // Waits until the folder is made: empty, or why it could not be. Each
-    // ticket is asked about once.
-    QString folderMade(FolderTicket ticket);
+    // Once the folder is made: empty, or why it could not be; with `wait`,
+    // waits for it. Nothing while it is still to be made. A ticket is
+    // answered once.
+    std::optional<QString> folderMade(FolderTicket ticket, bool wait);
 
     // A letter given the ticket of its folder fails with the folder's
     // failure when the folder could not be made.

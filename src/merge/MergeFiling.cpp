@@ -9,6 +9,7 @@
 #include "platform/text/stringControl.h"
 
 #include <QFile>
+#include <algorithm>
 
 namespace {
 
@@ -44,11 +45,31 @@ MergeFiling::~MergeFiling() {
     m_queue.reset();
 }
 
-QString MergeFiling::plannedFolder(const ClientFolderPlan& plan, size_t index) {
-    if (plan.mustMake) {
-        m_pending = PendingFolder{plan, m_queue->makeFolder(plan.folder), index, std::nullopt};
+bool MergeFiling::dependsOnPending(const ClientFolderPlan& plan) const {
+    return std::any_of(m_pending.begin(), m_pending.end(), [&](const PendingFolder& pending) {
+        return planReadsWhatCompletes(plan, pending.plan);
+    });
+}
+
+template <typename Plan>
+QString MergeFiling::plannedFolder(const Plan& plan, size_t index) {
+    std::optional<ClientFolderPlan> planned;
+    try {
+        planned = plan();
+    } catch (const QmError&) {
+        if (m_pending.empty()) {
+            throw;
+        }
     }
-    return plan.folder;
+    if (!planned || dependsOnPending(*planned)) {
+        completeFolders(true);
+        planned = plan();
+    }
+    if (planned->mustMake) {
+        m_pending.push_back(
+            PendingFolder{*planned, m_queue->makeFolder(planned->folder), index, std::nullopt});
+    }
+    return planned->folder;
 }
 
 QString MergeFiling::letterFolder(size_t index) {
@@ -56,58 +77,62 @@ QString MergeFiling::letterFolder(size_t index) {
     if (!m_index && connected()) {
         m_index.emplace(*app().database);
     }
-    QString folder;
+    if (!m_index) {
+        // Without a connection nothing is made, so nothing waits.
+        if (m_document.model.InformationType == InformationKind::Appointments) {
+            const int client = MergeLookups::getClientDataIDFromCompanyID(
+                MergeLookups::getCompanyIDFromAppointmentID(record.appointmentID));
+            return MergeLookups::validClientID(client)
+                       ? getBusinessClientDocFolder(client, m_vaultRoot)
+                       : getMiscAppointmentsFolder(m_vaultRoot);
+        }
+        const int client = MergeLookups::getClientDataIDFromCompanyID(record.companyID);
+        return MergeLookups::validClientID(client)
+                   ? getBusinessClientDocFolder(client, m_vaultRoot)
+                   : getPersonalClientDocFolder(record.contactID, m_vaultRoot);
+    }
+    DocVaultIndex& vault = *m_index;
     if (m_document.model.InformationType == InformationKind::Appointments) {
         const int client = MergeLookups::getClientDataIDFromCompanyID(
             MergeLookups::getCompanyIDFromAppointmentID(record.appointmentID));
         if (!MergeLookups::validClientID(client)) {
-            folder = getMiscAppointmentsFolder(m_vaultRoot);
-        } else if (m_index) {
-            folder = plannedFolder(planBusinessClientDocFolder(client, m_vaultRoot, *m_index),
-                                   index);
-        } else {
-            folder = getBusinessClientDocFolder(client, m_vaultRoot);
+            // Made here, so after every folder asked for before it.
+            completeFolders(true);
+            return getMiscAppointmentsFolder(m_vaultRoot);
         }
-    } else {
-        const int client = MergeLookups::getClientDataIDFromCompanyID(record.companyID);
-        if (!m_index) {
-            folder = MergeLookups::validClientID(client)
-                         ? getBusinessClientDocFolder(client, m_vaultRoot)
-                         : getPersonalClientDocFolder(record.contactID, m_vaultRoot);
-        } else {
-            folder = plannedFolder(
-                MergeLookups::validClientID(client)
-                    ? planBusinessClientDocFolder(client, m_vaultRoot, *m_index)
-                    : planPersonalClientDocFolder(record.contactID, m_vaultRoot, *m_index),
-                index);
-        }
+        return plannedFolder(
+            [&] { return planBusinessClientDocFolder(client, m_vaultRoot, vault); }, index);
     }
-    if (folder.isEmpty()) {
-        folder = m_vaultRoot.isEmpty() ? QString() : fileControl::AddBackslash(m_vaultRoot);
+    const int client = MergeLookups::getClientDataIDFromCompanyID(record.companyID);
+    if (MergeLookups::validClientID(client)) {
+        return plannedFolder(
+            [&] { return planBusinessClientDocFolder(client, m_vaultRoot, vault); }, index);
     }
-    return folder;
+    return plannedFolder(
+        [&] { return planPersonalClientDocFolder(record.contactID, m_vaultRoot, vault); }, index);
 }
 
-void MergeFiling::completeFolder() {
-    if (!m_pending) {
-        return;
-    }
-    const PendingFolder pending = std::move(*m_pending);
-    m_pending.reset();
-    QString failure = m_queue->folderMade(pending.ticket);
-    if (failure.isEmpty()) {
-        try {
-            completeClientDocFolder(pending.plan, *m_index);
-        } catch (const QmError& fault) {
-            failure = fault.description();
+void MergeFiling::completeFolders(bool wait) {
+    while (!m_pending.empty()) {
+        const PendingFolder& pending = m_pending.front();
+        std::optional<QString> failure = m_queue->folderMade(pending.ticket, wait);
+        if (!failure) {
+            return;
         }
-    }
-    if (failure.isEmpty()) {
-        return;
-    }
-    m_document.records[pending.record].failure = failure;
-    if (pending.staged) {
-        m_open[*pending.staged].folderFailure = failure;
+        if (failure->isEmpty()) {
+            try {
+                completeClientDocFolder(pending.plan, *m_index);
+            } catch (const QmError& fault) {
+                failure = fault.description();
+            }
+        }
+        if (!failure->isEmpty()) {
+            m_document.records[pending.record].failure = *failure;
+            if (pending.staged) {
+                m_open[*pending.staged].folderFailure = *failure;
+            }
+        }
+        m_pending.pop_front();
     }
 }
 
@@ -125,8 +150,8 @@ QByteArray MergeFiling::letterBytes(const QString& rtf) {
 }
 
 void MergeFiling::file(size_t index) {
-    // The folder of the record before, made while this one merged.
-    completeFolder();
+    // The folders of the records before, made while this one merged.
+    completeFolders(false);
     MergedRecord& record = m_document.records[index];
     Staged letter;
     letter.index = index;
@@ -154,16 +179,17 @@ void MergeFiling::file(size_t index) {
             if (!m_vaultRoot.isEmpty()) {
                 requireInsideVault(letter.path, m_vaultRoot);
             }
+            const bool newFolder = !m_pending.empty() && m_pending.back().record == index;
             m_queue->add(letter.path, letterBytes(record.rtf),
-                         m_pending ? std::optional(m_pending->ticket) : std::nullopt);
+                         newFolder ? std::optional(m_pending.back().ticket) : std::nullopt);
             letter.written = true;
         } catch (const QmError& fault) {
             record.failure = fault.description();
         }
     }
     m_open.push_back(std::move(letter));
-    if (m_pending && m_open.back().written) {
-        m_pending->staged = m_open.size() - 1;
+    if (!m_pending.empty() && m_pending.back().record == index && m_open.back().written) {
+        m_pending.back().staged = m_open.size() - 1;
     }
     if (m_open.size() >= kLettersPerSync || m_sinceClose.hasExpired(kMostMillisecondsPerSync)) {
         closeBatch();
@@ -173,7 +199,7 @@ void MergeFiling::file(size_t index) {
 
 void MergeFiling::closeBatch() {
     // Every folder row goes in with the commit before its letter is placed.
-    completeFolder();
+    completeFolders(true);
     if (m_folderRows) {
         try {
             m_folderRows->commit();

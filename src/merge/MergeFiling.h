@@ -71,10 +71,15 @@ private:
     void placeFinished(bool wait);
     void place(const std::vector<Staged>& staged, LetterWriteQueue::Batch& batch);
     QString letterFolder(size_t index);
-    QString plannedFolder(const ClientFolderPlan& plan, size_t index);
-    // Waits for the pending folder and writes its row; a failure is the
-    // record's, as when the folder was made in one step.
-    void completeFolder();
+    // The plan of `plan` (a lookup), made again once every pending folder is
+    // recorded when it read what one of them changes.
+    template <typename Plan>
+    QString plannedFolder(const Plan& plan, size_t index);
+    bool dependsOnPending(const ClientFolderPlan& plan) const;
+    // Writes the rows of the pending folders the writer has made, in their
+    // order; with `wait`, of all of them. A failure is the record's, as when
+    // the folder was made in one step.
+    void completeFolders(bool wait);
     QByteArray letterBytes(const QString& rtf);
 
     MergeResultDocument& m_document;
@@ -85,8 +90,7 @@ private:
     // Read when the first letter needs a folder, then kept for the walk.
     std::optional<DocVaultIndex> m_index;
     std::optional<WriteBatch> m_folderRows;
-    // At most one: the next folder is looked up only after it is recorded.
-    std::optional<PendingFolder> m_pending;
+    std::deque<PendingFolder> m_pending;
     LetterWriter m_writer;
     // Declared after what its batches refer to, destroyed before it.
     std::unique_ptr<LetterWriteQueue> m_queue;

@@ -31,11 +31,14 @@ ClientFolderPlan planClientFolder(const QString& keyColumn, int id, const QStrin
                                   const QString& clientName, const QString& root,
                                   DocVaultIndex& index) {
     ClientFolderPlan plan;
+    plan.keyColumn = keyColumn;
+    plan.id = id;
     const QString base = vaultRoot(root);
     const std::optional<QString> stored = index.storedFolder(keyColumn, id);
     if (stored && !stringControl::isBlank(*stored)) {
         const QString candidate = fileControl::AddBackslash(base + *stored);
         requireInsideVault(candidate, base);
+        plan.storedChecked = candidate;
         if (fileControl::FolderExists(candidate)) {
             plan.folder = candidate;
             return plan;
@@ -43,14 +46,14 @@ ClientFolderPlan planClientFolder(const QString& keyColumn, int id, const QStrin
     }
     QString relative = subfolder + cleanFolderName(clientName);
     const QString name = relative;
+    plan.namesTried << relative;
     for (int n = 2; index.takenByAnother(keyColumn, id, relative); ++n) {
         relative = name + QStringLiteral(" (") + QString::number(n) + QLatin1Char(')');
+        plan.namesTried << relative;
     }
     plan.folder = fileControl::AddBackslash(base + relative);
     requireInsideVault(plan.folder, base);
     plan.mustMake = true;
-    plan.keyColumn = keyColumn;
-    plan.id = id;
     plan.relative = relative;
     plan.hasRow = stored.has_value();
     plan.rowIsCurrent = stored && *stored == relative;
@@ -128,6 +131,25 @@ void DocVaultIndex::remember(const QString& keyColumn, int id, const QString& re
     const QString key = clientKey(keyColumn, id);
     m_folderByClient.insert(key, relative);
     m_clientByFolder.insert(relative, key);
+}
+
+bool planReadsWhatCompletes(const ClientFolderPlan& later, const ClientFolderPlan& earlier) {
+    if (!earlier.mustMake) {
+        return false;
+    }
+    if (earlier.keyColumn == later.keyColumn && earlier.id == later.id) {
+        return true;
+    }
+    if (later.namesTried.contains(earlier.relative)) {
+        return true;
+    }
+    if (later.storedChecked.isEmpty()) {
+        return false;
+    }
+    // Making a folder makes its parents too.
+    const QString made = fileControl::AddBackslash(QDir::cleanPath(earlier.folder));
+    const QString looked = fileControl::AddBackslash(QDir::cleanPath(later.storedChecked));
+    return made.startsWith(looked) || looked.startsWith(made);
 }
 
 void makeVaultFolder(const QString& folder) {
