@@ -4,9 +4,9 @@
 #include "merge/modDocVaultFolders.h"
 #include "platform/errorClass.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <sys/stat.h>
 
 namespace {
 
@@ -133,7 +133,7 @@ void LetterWriteQueue::write() {
             QString failure;
             try {
                 // A folder this call made holds nothing to sweep.
-                if (QDir().mkdir(folderJob->folder)) {
+                if (::mkdir(QFile::encodeName(folderJob->folder).constData(), 0777) == 0) {
                     sweeper.markSwept(folderJob->folder);
                 } else {
                     makeVaultFolder(folderJob->folder);

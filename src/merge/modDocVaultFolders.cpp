@@ -149,7 +149,7 @@ bool planReadsWhatCompletes(const ClientFolderPlan& later, const ClientFolderPla
     // Making a folder makes its parents too.
     const QString made = fileControl::AddBackslash(QDir::cleanPath(earlier.folder));
     const QString looked = fileControl::AddBackslash(QDir::cleanPath(later.storedChecked));
-    return made.startsWith(looked) || looked.startsWith(made);
+    return made.startsWith(looked);
 }
 
 void makeVaultFolder(const QString& folder) {

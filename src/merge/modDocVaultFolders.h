@@ -76,8 +76,9 @@ ClientFolderPlan planBusinessClientDocFolder(int clientDataID, const QString& ro
 ClientFolderPlan planPersonalClientDocFolder(int contactID, const QString& root,
                                              DocVaultIndex& index);
 // Whether `later`, planned before `earlier` was completed, may have read
-// what completing it changes: the same client, a stored folder within or
-// around the new one, or the new folder's name among the names it tried.
+// what completing it changes: the same client, a stored folder that is the
+// new one or one of its parents, or the new folder's name among the names
+// it tried.
 // When false for every earlier plan still open, `later` stands as planned.
 bool planReadsWhatCompletes(const ClientFolderPlan& later, const ClientFolderPlan& earlier);
 // Raises QmError PathNotFound when the folder cannot be made.
