@@ -111,9 +111,8 @@ void LetterWriteQueue::write() {
         Job job;
         {
             std::unique_lock lock(m_mutex);
-            m_jobAdded.wait(lock, [this] {
-                return !m_folderJobs.empty() || !m_jobs.empty() || m_stopping;
-            });
+            m_jobAdded.wait(
+                lock, [this] { return !m_folderJobs.empty() || !m_jobs.empty() || m_stopping; });
             // Folders first: the caller may be waiting for one, and no
             // letter of it can be waiting before it.
             if (!m_folderJobs.empty()) {

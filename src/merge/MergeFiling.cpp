@@ -51,8 +51,7 @@ bool MergeFiling::dependsOnPending(const ClientFolderPlan& plan) const {
     });
 }
 
-template <typename Plan>
-QString MergeFiling::plannedFolder(const Plan& plan, size_t index) {
+template <typename Plan> QString MergeFiling::plannedFolder(const Plan& plan, size_t index) {
     std::optional<ClientFolderPlan> planned;
     try {
         planned = plan();

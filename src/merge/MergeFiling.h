@@ -73,8 +73,7 @@ private:
     QString letterFolder(size_t index);
     // The plan of `plan` (a lookup), made again once every pending folder is
     // recorded when it read what one of them changes.
-    template <typename Plan>
-    QString plannedFolder(const Plan& plan, size_t index);
+    template <typename Plan> QString plannedFolder(const Plan& plan, size_t index);
     bool dependsOnPending(const ClientFolderPlan& plan) const;
     // Writes the rows of the pending folders the writer has made, in their
     // order; with `wait`, of all of them. A failure is the record's, as when

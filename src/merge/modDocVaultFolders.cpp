@@ -178,9 +178,8 @@ void completeClientDocFolder(const ClientFolderPlan& plan, DocVaultIndex& index)
     // The client's own row, opened by its key for the write. A client the
     // index has no row for gets one without a search: the column has no
     // index, and a first merge would otherwise read the table once a client.
-    const QString where = plan.hasRow ? QStringLiteral("ClientDocumentStorage.") +
-                                            plan.keyColumn + QStringLiteral(" = ") +
-                                            QString::number(plan.id)
+    const QString where = plan.hasRow ? QStringLiteral("ClientDocumentStorage.") + plan.keyColumn +
+                                            QStringLiteral(" = ") + QString::number(plan.id)
                                       : QStringLiteral("1 = 0");
     const int rs = db->openRecordset(
         QStringLiteral("SELECT ClientDocumentStorage.* FROM ClientDocumentStorage WHERE ") + where +

@@ -130,8 +130,7 @@ TEST(LetterWriteQueueTest, FoldersAreMadeForTheirLettersAndAFailureStaysWithItsL
                                : client == 13 ? root + "/blocked/client 13/"
                                               : root + QString("/new/client %1/").arg(client);
         const LetterWriteQueue::FolderTicket ticket = queue.makeFolder(folder);
-        tickets.emplace_back(ticket,
-                             client == 13 ? "Path not found: " + folder : QString());
+        tickets.emplace_back(ticket, client == 13 ? "Path not found: " + folder : QString());
         for (int n = 0; n < 3; ++n) {
             Expected letter;
             letter.path = folder + QString("letter %1.qmw").arg(n);

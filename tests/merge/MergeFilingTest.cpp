@@ -285,27 +285,26 @@ TEST_F(MergeFilingTest, FoldersMadeAheadAreStoredAsInTurnAndOneThatCannotBeMadeF
     result.onFiled = [&](const MergedRecord& r) { told << toldLine(r, vault).join('|'); };
     EXPECT_EQ(result.mergeAndSaveDocument(progress, vault), 1);
     const QString name = kLetterName;
-    EXPECT_EQ(told, QStringList({"Gamma Ltd|Gamma Ltd/" + name + "||filed",
-                                 "Delta/Co|Delta_Co/" + name + "||filed",
-                                 "Delta/Co|Delta_Co/" + name + "|Delta_Co/Replaced/" + name +
-                                     "|filed",
-                                 "Delta:Co|Delta_Co (2)/" + name + "||filed",
-                                 "Blocked|||failed",
-                                 "Delta?Co|Delta_Co (3)/" + name + "||filed"}));
+    EXPECT_EQ(told,
+              QStringList({"Gamma Ltd|Gamma Ltd/" + name + "||filed",
+                           "Delta/Co|Delta_Co/" + name + "||filed",
+                           "Delta/Co|Delta_Co/" + name + "|Delta_Co/Replaced/" + name + "|filed",
+                           "Delta:Co|Delta_Co (2)/" + name + "||filed", "Blocked|||failed",
+                           "Delta?Co|Delta_Co (3)/" + name + "||filed"}));
     EXPECT_EQ(result.records[4].failure, "Path not found: " + vault + "/Blocked/");
     for (const MergedRecord& record : result.records) {
         if (record.failure.isEmpty()) {
             EXPECT_EQ(fileControl::readWholeFile(record.savedPath)->left(5), "{\\rtf");
-            EXPECT_TRUE(fileControl::readWholeFile(record.savedPath)
-                            ->contains(record.name.toLatin1()))
+            EXPECT_TRUE(
+                fileControl::readWholeFile(record.savedPath)->contains(record.name.toLatin1()))
                 << record.name.toStdString();
         }
     }
     EXPECT_EQ(*fileControl::readWholeFile(vault + "/Blocked"), "not a folder");
 
-    const int rs = db->db().openRecordset(
-        "SELECT ClientDocumentStorage.* FROM ClientDocumentStorage ORDER BY "
-        "ClientDocumentStorageID;");
+    const int rs =
+        db->db().openRecordset("SELECT ClientDocumentStorage.* FROM ClientDocumentStorage ORDER BY "
+                               "ClientDocumentStorageID;");
     QStringList rows;
     while (!db->db().isEOF(rs)) {
         rows << db->db().getField(rs, "ClientDataNum").toString() + "|" +

@@ -185,9 +185,9 @@ TEST(modDocVaultFoldersTest, APlanMadeAheadStandsUnlessItReadWhatAnEarlierOneCha
     EXPECT_EQ(gammaAfter.mustMake, gamma.mustMake);
 
     // Completed, the rows are those the one-step lookups write.
-    const int rs = db.db().openRecordset(
-        "SELECT ClientDocumentStorage.* FROM ClientDocumentStorage ORDER BY "
-        "ClientDocumentStorageID;");
+    const int rs =
+        db.db().openRecordset("SELECT ClientDocumentStorage.* FROM ClientDocumentStorage ORDER BY "
+                              "ClientDocumentStorageID;");
     QStringList rows;
     while (!db.db().isEOF(rs)) {
         rows << db.db().getField(rs, "ClientDataNum").toString() + "|" +

@@ -1,12 +1,12 @@
 #include "platform/richtext/RichTextBox.h"
 
-#include "platform/text/CodePage1252.h"
+#include "platform/errorClass.h"
+#include "platform/fileControl.h"
 #include "platform/richtext/RichTextBoxPrivate.h"
 #include "platform/richtext/RichTextFormat.h"
 #include "platform/rtf/RtfReader.h"
 #include "platform/rtf/RtfWriter.h"
-#include "platform/errorClass.h"
-#include "platform/fileControl.h"
+#include "platform/text/CodePage1252.h"
 
 #include <QClipboard>
 #include <QGuiApplication>

@@ -133,8 +133,7 @@ public:
     // Find's matching on a text already read: the first occurrence of
     // `text` in [from, to) of `haystack` (to -1: to the end) by the whole
     // word and match case options, or -1. An empty `text` is never found.
-    static int findIn(const QString& haystack, const QString& text, int from, int to,
-                      int options);
+    static int findIn(const QString& haystack, const QString& text, int from, int to, int options);
 
     // Loads a file: rtfRTF needs an RTF file (throws QmError InvalidFileFormat
     // otherwise); rtfText takes the bytes as plain text. Whatever stands
