@@ -106,7 +106,7 @@ TEST(LetterWriteQueueTest, FoldersAreMadeForTheirLettersAndAFailureStaysWithItsL
     // A folder that was there holds a temporary of a killed run and a file
     // of the practice's own.
     const QString stale = root + "/old/.qm-0123456789abcdef0123456789abcdef.part";
-    for (const QString& path : {stale, root + "/old/kept.txt"}) {
+    for (const QString& path : {stale, QString(root + "/old/kept.txt")}) {
         QFile file(path);
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write("left");
@@ -126,17 +126,22 @@ TEST(LetterWriteQueueTest, FoldersAreMadeForTheirLettersAndAFailureStaysWithItsL
     // is busy with letters and the syncs with batches before them.
     LetterWriteQueue queue(3);
     for (int client = 0; client < 40; ++client) {
-        const QString folder = client == 0    ? root + "/old/"
-                               : client == 13 ? root + "/blocked/client 13/"
-                                              : root + QString("/new/client %1/").arg(client);
+        QString folder = root + QString("/new/client %1/").arg(client);
+        if (client == 0) {
+            folder = root + "/old/";
+        } else if (client == 13) {
+            folder = root + "/blocked/client 13/";
+        }
+        const QString folderFailure =
+            client == 13 ? QString("Path not found: " + folder) : QString();
         const LetterWriteQueue::FolderTicket ticket = queue.makeFolder(folder);
-        tickets.emplace_back(ticket, client == 13 ? "Path not found: " + folder : QString());
+        tickets.emplace_back(ticket, folderFailure);
         for (int n = 0; n < 3; ++n) {
             Expected letter;
             letter.path = folder + QString("letter %1.qmw").arg(n);
             letter.bytes = QByteArray("client ") + QByteArray::number(client) + " letter " +
                            QByteArray::number(n) + QByteArray(3000 * n, 'x');
-            letter.failure = client == 13 ? "Path not found: " + folder : QString();
+            letter.failure = folderFailure;
             queue.add(letter.path, letter.bytes, ticket);
             expected.push_back(letter);
         }
