@@ -30,6 +30,12 @@ MergeFiling::MergeFiling(MergeResultDocument& document, const QString& vaultRoot
     : m_document(document), m_vaultRoot(vaultRoot), m_saved(document.model),
       m_queue(std::make_unique<LetterWriteQueue>()) {
     m_saved.documentType = DocumentModel::SavedMergeResult;
+    try {
+        m_trailer = documentFileBytes(QByteArray(), m_saved);
+    } catch (const QmError& fault) {
+        // Told against every letter, as writing each would tell it.
+        m_trailerFault = fault;
+    }
     m_normalised = NormalisedLetter::fromTemplate(m_scratch, document.templateText);
     // The vault rows of new folders are written in batches that commit with
     // the letters they file: one durable commit per batch, not per client.
@@ -139,13 +145,17 @@ void MergeFiling::completeFolders(bool wait) {
 // round trip normalises the merged RTF), then the trailer, built in memory
 // so that the letter is written once.
 QByteArray MergeFiling::letterBytes(const QString& rtf) {
+    if (m_trailerFault) {
+        throw *m_trailerFault;
+    }
     if (m_saved.fileSaveType == RichTextBox::rtfRTF && m_normalised) {
-        if (const std::optional<QString> text = m_normalised->normalisedText(rtf)) {
-            return documentFileBytes(text->toLatin1(), m_saved);
+        if (std::optional<QByteArray> text =
+                m_normalised->normalisedLatin1(rtf, m_trailer.size())) {
+            return documentFileBytes(std::move(*text), m_trailer);
         }
     }
     m_scratch.setTextRTF(rtf);
-    return documentFileBytes(m_scratch.fileBytes(m_saved.fileSaveType), m_saved);
+    return documentFileBytes(m_scratch.fileBytes(m_saved.fileSaveType), m_trailer);
 }
 
 void MergeFiling::file(size_t index) {

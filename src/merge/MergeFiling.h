@@ -6,6 +6,7 @@
 #include "merge/LetterWriter.h"
 #include "merge/NormalisedLetter.h"
 #include "merge/modDocVaultFolders.h"
+#include "platform/errorClass.h"
 #include "platform/richtext/RichTextBox.h"
 
 #include <QElapsedTimer>
@@ -84,6 +85,8 @@ private:
     MergeResultDocument& m_document;
     const QString m_vaultRoot;
     DocumentModel m_saved;
+    QByteArray m_trailer; // the same for every letter of the walk
+    std::optional<QmError> m_trailerFault;
     RichTextBox m_scratch;
     std::optional<NormalisedLetter> m_normalised;
     // Read when the first letter needs a folder, then kept for the walk.
