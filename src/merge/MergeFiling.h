@@ -72,8 +72,9 @@ private:
     void placeFinished(bool wait);
     void place(const std::vector<Staged>& staged, LetterWriteQueue::Batch& batch);
     QString letterFolder(size_t index);
-    // The plan of `plan` (a lookup), made again once every pending folder is
-    // recorded when it read what one of them changes.
+    // The folder the lookup `plan` finds, looked up again once every pending
+    // folder is recorded when it read what one of them changes; a new one
+    // is handed to the writer to make.
     template <typename Plan> QString plannedFolder(const Plan& plan, size_t index);
     bool dependsOnPending(const ClientFolderPlan& plan) const;
     // Writes the rows of the pending folders the writer has made, in their
