@@ -20,6 +20,10 @@ constexpr size_t kLettersPerSync = 256;
 // a host writing to the practice's file never waits long.
 constexpr qint64 kMostMillisecondsPerSync = 200;
 
+// Letters merged ahead of the writer (a few megabytes), so that a slow
+// moment of the disk or of the merge does not hold the other up.
+constexpr size_t kLettersWaiting = 128;
+
 bool connected() {
     return app().database && app().database->isConnected();
 }
@@ -28,7 +32,7 @@ bool connected() {
 
 MergeFiling::MergeFiling(MergeResultDocument& document, const QString& vaultRoot)
     : m_document(document), m_vaultRoot(vaultRoot), m_saved(document.model),
-      m_queue(std::make_unique<LetterWriteQueue>()) {
+      m_queue(std::make_unique<LetterWriteQueue>(kLettersWaiting)) {
     m_saved.documentType = DocumentModel::SavedMergeResult;
     try {
         m_trailer = documentFileBytes(QByteArray(), m_saved);
