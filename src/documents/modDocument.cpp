@@ -232,7 +232,10 @@ QString buildCompanionTrailer(const DocumentModel& document) {
 }
 
 QByteArray documentFileBytes(const QByteArray& content, const DocumentModel& document) {
-    const QByteArray trailer = buildCompanionTrailer(document).toLatin1();
+    return documentFileBytes(content, buildCompanionTrailer(document).toLatin1());
+}
+
+QByteArray documentFileBytes(QByteArray content, const QByteArray& trailer) {
     // Text that starts with a visible ASCII character (RTF starts with a
     // brace) is not blank; only other text is widened and trimmed to tell.
     const bool surelyText =
@@ -241,12 +244,10 @@ QByteArray documentFileBytes(const QByteArray& content, const DocumentModel& doc
         return trailer;
     }
     // The box leaves a NUL behind its RTF.
-    if (!content.contains('\0')) {
-        return content + trailer;
+    if (content.contains('\0')) {
+        content.replace('\0', QByteArray());
     }
-    QByteArray bytes = content;
-    bytes.replace('\0', QByteArray());
-    return bytes + trailer;
+    return content.append(trailer);
 }
 
 void saveCompanionInformation(const QString& path, DocumentModel& document) {

@@ -38,6 +38,9 @@ void openCompanionInformationFromText(const QString& path, const QString& text,
 // is blank). Raises QmError Overflow for a value outside 16 bits, before
 // anything is written.
 QByteArray documentFileBytes(const QByteArray& content, const DocumentModel& document);
+// The same with the trailer's bytes in hand (documentFileBytes of empty
+// content), for many files of one model.
+QByteArray documentFileBytes(QByteArray content, const QByteArray& trailer);
 
 // The extension (without the point) for saving this kind of document; empty
 // for merge results and for templates of other kinds.

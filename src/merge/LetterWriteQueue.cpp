@@ -1,13 +1,28 @@
 #include "merge/LetterWriteQueue.h"
 
 #include "merge/LetterWriter.h"
+#include "merge/modDocVaultFolders.h"
 #include "platform/errorClass.h"
 
 #include <QFile>
 #include <QFileInfo>
+#include <sys/stat.h>
+
+namespace {
+
+void removeTemporaries(const LetterWriteQueue::Batch& batch) {
+    for (const LetterWriteQueue::Written& letter : batch.letters) {
+        if (!letter.temporary.isEmpty()) {
+            QFile::remove(letter.temporary);
+        }
+    }
+}
+
+} // namespace
 
 LetterWriteQueue::LetterWriteQueue(size_t mostWaiting)
-    : m_mostWaiting(std::max<size_t>(1, mostWaiting)), m_thread([this] { run(); }) {}
+    : m_mostWaiting(std::max<size_t>(1, mostWaiting)), m_writer([this] { write(); }),
+      m_syncer([this] { sync(); }) {}
 
 LetterWriteQueue::~LetterWriteQueue() {
     {
@@ -15,21 +30,44 @@ LetterWriteQueue::~LetterWriteQueue() {
         m_stopping = true;
     }
     m_jobAdded.notify_one();
-    m_thread.join();
+    m_writer.join();
+    m_syncer.join();
     for (const Batch& batch : m_finished) {
-        for (const Written& letter : batch.letters) {
-            if (!letter.temporary.isEmpty()) {
-                QFile::remove(letter.temporary);
-            }
-        }
+        removeTemporaries(batch);
     }
 }
 
-void LetterWriteQueue::add(const QString& path, QByteArray bytes) {
+LetterWriteQueue::FolderTicket LetterWriteQueue::makeFolder(const QString& folder) {
+    FolderTicket ticket = 0;
+    {
+        std::lock_guard lock(m_mutex);
+        ticket = m_nextTicket++;
+        m_folderJobs.push_back(FolderJob{ticket, folder});
+    }
+    m_jobAdded.notify_one();
+    return ticket;
+}
+
+std::optional<QString> LetterWriteQueue::folderMade(FolderTicket ticket, bool wait) {
+    std::unique_lock lock(m_mutex);
+    if (wait) {
+        m_progressed.wait(lock, [&] { return m_madeFolders.count(ticket) > 0; });
+    }
+    const auto made = m_madeFolders.find(ticket);
+    if (made == m_madeFolders.end()) {
+        return std::nullopt;
+    }
+    QString failure = std::move(made->second);
+    m_madeFolders.erase(made);
+    return failure;
+}
+
+void LetterWriteQueue::add(const QString& path, QByteArray bytes,
+                           std::optional<FolderTicket> folder) {
     {
         std::unique_lock lock(m_mutex);
         m_progressed.wait(lock, [this] { return m_lettersWaiting < m_mostWaiting; });
-        m_jobs.push_back(Job{path, std::move(bytes), false});
+        m_jobs.push_back(Job{path, std::move(bytes), folder, false});
         ++m_lettersWaiting;
     }
     m_jobAdded.notify_one();
@@ -38,7 +76,7 @@ void LetterWriteQueue::add(const QString& path, QByteArray bytes) {
 void LetterWriteQueue::closeBatch() {
     {
         std::lock_guard lock(m_mutex);
-        m_jobs.push_back(Job{QString(), QByteArray(), true});
+        m_jobs.push_back(Job{QString(), QByteArray(), std::nullopt, true});
         ++m_batchesOut;
     }
     m_jobAdded.notify_one();
@@ -63,61 +101,119 @@ int LetterWriteQueue::batchesOut() const {
     return m_batchesOut;
 }
 
-void LetterWriteQueue::run() {
-    Batch current;
-    QString syncFolder;
+void LetterWriteQueue::write() {
+    LetterWriter sweeper;
+    // Only the failures: a letter whose folder was made needs nothing more.
+    std::unordered_map<FolderTicket, QString> failedFolders;
+    Closed current;
     for (;;) {
+        std::optional<FolderJob> folderJob;
         Job job;
         {
             std::unique_lock lock(m_mutex);
-            m_jobAdded.wait(lock, [this] { return !m_jobs.empty() || m_stopping; });
-            if (m_jobs.empty()) {
+            m_jobAdded.wait(
+                lock, [this] { return !m_folderJobs.empty() || !m_jobs.empty() || m_stopping; });
+            // Folders first: the caller may be waiting for one, and no
+            // letter of it can be waiting before it.
+            if (!m_folderJobs.empty()) {
+                folderJob = std::move(m_folderJobs.front());
+                m_folderJobs.pop_front();
+            } else if (!m_jobs.empty()) {
+                job = std::move(m_jobs.front());
+                m_jobs.pop_front();
+                if (!job.closesBatch) {
+                    --m_lettersWaiting;
+                }
+            } else {
                 break;
             }
-            job = std::move(m_jobs.front());
-            m_jobs.pop_front();
-            if (!job.closesBatch) {
-                --m_lettersWaiting;
+        }
+        if (folderJob) {
+            QString failure;
+            try {
+                // A folder this call made holds nothing to sweep.
+                if (::mkdir(QFile::encodeName(folderJob->folder).constData(), 0777) == 0) {
+                    sweeper.markSwept(folderJob->folder);
+                } else {
+                    makeVaultFolder(folderJob->folder);
+                }
+            } catch (const QmError& fault) {
+                failure = fault.description();
+                failedFolders.emplace(folderJob->ticket, failure);
             }
+            {
+                std::lock_guard lock(m_mutex);
+                m_madeFolders.emplace(folderJob->ticket, std::move(failure));
+            }
+            m_progressed.notify_all();
+            continue;
         }
         m_progressed.notify_all();
         if (!job.closesBatch) {
             Written written;
-            try {
-                written.temporary = LetterWriter::writeTemporaryUnswept(job.path, job.bytes);
-                if (syncFolder.isEmpty()) {
-                    syncFolder = QFileInfo(job.path).absolutePath();
+            const auto folderFailure =
+                job.folder ? failedFolders.find(*job.folder) : failedFolders.end();
+            if (folderFailure != failedFolders.end()) {
+                written.failure = folderFailure->second;
+            } else {
+                try {
+                    const QString folder = QFileInfo(job.path).absolutePath();
+                    sweeper.sweep(folder);
+                    written.temporary = LetterWriter::writeTemporaryUnswept(job.path, job.bytes);
+                    if (current.syncFolder.isEmpty()) {
+                        current.syncFolder = folder;
+                    }
+                } catch (const QmError& fault) {
+                    written.failure = fault.description();
+                } catch (const std::exception&) {
+                    // Out of memory for one letter: that letter is not filed.
+                    written.failure = QStringLiteral("Path/File access error: ") + job.path;
                 }
-            } catch (const QmError& fault) {
-                written.failure = fault.description();
-            } catch (const std::exception&) {
-                // Out of memory for one letter: that letter is not filed.
-                written.failure = QStringLiteral("Path/File access error: ") + job.path;
             }
-            current.letters.push_back(std::move(written));
+            current.batch.letters.push_back(std::move(written));
             continue;
+        }
+        {
+            std::lock_guard lock(m_mutex);
+            m_toSync.push_back(std::move(current));
+        }
+        m_batchClosed.notify_one();
+        current = Closed();
+    }
+    // Letters added after the last close were never asked for.
+    removeTemporaries(current.batch);
+    {
+        std::lock_guard lock(m_mutex);
+        m_writerDone = true;
+    }
+    m_batchClosed.notify_one();
+}
+
+void LetterWriteQueue::sync() {
+    for (;;) {
+        Closed closed;
+        {
+            std::unique_lock lock(m_mutex);
+            m_batchClosed.wait(lock, [this] { return !m_toSync.empty() || m_writerDone; });
+            if (m_toSync.empty()) {
+                break;
+            }
+            closed = std::move(m_toSync.front());
+            m_toSync.pop_front();
         }
         // One sync for the batch: syncfs forces the whole file system, so
         // any folder of the batch names it.
-        if (!syncFolder.isEmpty()) {
+        if (!closed.syncFolder.isEmpty()) {
             try {
-                LetterWriter::syncFileSystem(syncFolder);
+                LetterWriter::syncFileSystem(closed.syncFolder);
             } catch (const QmError& fault) {
-                current.syncFailure = fault.description();
+                closed.batch.syncFailure = fault.description();
             }
         }
         {
             std::lock_guard lock(m_mutex);
-            m_finished.push_back(std::move(current));
+            m_finished.push_back(std::move(closed.batch));
         }
         m_progressed.notify_all();
-        current = Batch();
-        syncFolder.clear();
-    }
-    // Letters added after the last close were never asked for.
-    for (const Written& letter : current.letters) {
-        if (!letter.temporary.isEmpty()) {
-            QFile::remove(letter.temporary);
-        }
     }
 }

@@ -7,21 +7,24 @@
 #include <mutex>
 #include <optional>
 #include <thread>
+#include <unordered_map>
 #include <vector>
 
-// Writes the temporaries of letters on a thread of its own, so that the disk
-// works while the caller merges and lays out the next letter. The caller
-// adds letters and closes batches; the thread writes each letter to a
-// temporary beside its target (LetterWriter::writeTemporaryUnswept) and, at
-// the end of a batch, forces every temporary of the batch to disk with one
-// sync. The caller takes the finished batches back in the order it closed
-// them and places the letters itself, so that whatever tells the user a
-// letter is filed runs on the caller's thread right after its rename.
+// Writes the temporaries of letters on threads of their own, so that the
+// disk works while the caller merges and lays out the next letter. The
+// caller asks for new folders, adds letters and closes batches. A writer
+// thread makes the folders (before any letter still waiting), removes the
+// temporaries a killed run left in a folder the first time a letter goes
+// there (LetterWriter::sweep) and writes each letter to a temporary beside
+// its target. A second thread forces each closed batch to disk with one sync
+// while the writer goes on with the next. The caller takes the finished
+// batches back in the order it closed them and places the letters itself,
+// so that whatever tells the user a letter is filed runs on the caller's
+// thread right after its rename.
 //
-// The caller must have swept each target folder (LetterWriter::sweep)
-// before adding a letter for it. At most `mostWaiting` letters wait to be
-// written; add() blocks beyond that, so memory stays flat however slow the
-// disk. Nothing here throws across threads: failures come back as text.
+// At most `mostWaiting` letters wait to be written; add() blocks beyond
+// that, so memory stays flat however slow the disk. Nothing here throws
+// across threads: failures come back as text.
 class LetterWriteQueue {
 public:
     // One letter as written: the temporary, or why there is none.
@@ -36,18 +39,30 @@ public:
         // are not safe to place.
         QString syncFailure;
     };
+    // A folder asked for with makeFolder.
+    using FolderTicket = quint64;
 
     explicit LetterWriteQueue(size_t mostWaiting = 32);
-    // Writes what was added, then stops the thread. Temporaries of batches
+    // Writes what was added, then stops the threads. Temporaries of batches
     // never taken back are removed, so an abandoned queue leaves no file.
     ~LetterWriteQueue();
     LetterWriteQueue(const LetterWriteQueue&) = delete;
     LetterWriteQueue& operator=(const LetterWriteQueue&) = delete;
 
-    void add(const QString& path, QByteArray bytes);
+    // Makes `folder` and its parents (makeVaultFolder) ahead of the letters
+    // waiting to be written.
+    FolderTicket makeFolder(const QString& folder);
+    // Once the folder is made: empty, or why it could not be; with `wait`,
+    // waits for it. Nothing while it is still to be made. A ticket is
+    // answered once.
+    std::optional<QString> folderMade(FolderTicket ticket, bool wait);
+
+    // A letter given the ticket of its folder fails with the folder's
+    // failure when the folder could not be made.
+    void add(const QString& path, QByteArray bytes, std::optional<FolderTicket> folder = {});
     // The letters added since the last call form one batch.
     void closeBatch();
-    // The oldest closed batch once it is finished; with `wait`, waits for
+    // The oldest closed batch once it is on disk; with `wait`, waits for
     // it when one is closed. Nothing when no closed batch is (yet) finished.
     std::optional<Batch> takeBatch(bool wait);
     // Closed batches not yet taken back.
@@ -57,20 +72,38 @@ private:
     struct Job {
         QString path;
         QByteArray bytes;
+        std::optional<FolderTicket> folder;
         bool closesBatch = false;
     };
+    struct FolderJob {
+        FolderTicket ticket = 0;
+        QString folder;
+    };
+    struct Closed {
+        Batch batch;
+        QString syncFolder; // empty when no letter of the batch was written
+    };
 
-    void run();
+    void write();
+    void sync();
 
     const size_t m_mostWaiting;
     mutable std::mutex m_mutex;
     std::condition_variable m_jobAdded;
+    std::condition_variable m_batchClosed;
     std::condition_variable m_progressed;
+    std::deque<FolderJob> m_folderJobs;
     std::deque<Job> m_jobs;
     size_t m_lettersWaiting = 0;
+    FolderTicket m_nextTicket = 1;
+    // Failures of made folders (empty: made), until asked for.
+    std::unordered_map<FolderTicket, QString> m_madeFolders;
+    std::deque<Closed> m_toSync;
     std::deque<Batch> m_finished;
     int m_batchesOut = 0;
     bool m_stopping = false;
-    // Started last, once every member it reads exists.
-    std::thread m_thread;
+    bool m_writerDone = false;
+    // Started last, once every member they read exists.
+    std::thread m_writer;
+    std::thread m_syncer;
 };

@@ -25,11 +25,16 @@ bool LetterWriter::isTemporaryName(const QString& fileName) {
     return fileName.startsWith(kTemporaryPrefix) && fileName.endsWith(kTemporarySuffix);
 }
 
+void LetterWriter::markSwept(const QString& folder) {
+    m_sweptFolders.insert(QDir::cleanPath(folder));
+}
+
 void LetterWriter::sweep(const QString& folder) {
-    if (m_sweptFolders.contains(folder)) {
+    const QString key = QDir::cleanPath(folder);
+    if (m_sweptFolders.contains(key)) {
         return;
     }
-    m_sweptFolders.insert(folder);
+    m_sweptFolders.insert(key);
     // Matched by hand: a name filter would build a pattern for every folder.
     QStringList left;
     for (QDirIterator it(folder, QDir::Files | QDir::Hidden | QDir::System); it.hasNext();) {

@@ -33,6 +33,8 @@ public:
     // this writer is asked about the folder. Anything that writes a
     // temporary there must wait until the folder has been swept.
     void sweep(const QString& folder);
+    // Takes `folder` as swept without looking: one this run has just made.
+    void markSwept(const QString& folder);
 
     // Moves the existing file `path` into the subfolder `history` of its
     // folder, under its own name or, when that is taken, "name (2).ext"...

@@ -9,8 +9,7 @@
 #include "platform/text/stringControl.h"
 
 #include <QFile>
-#include <QFileInfo>
-#include <QUuid>
+#include <algorithm>
 
 namespace {
 
@@ -21,6 +20,10 @@ constexpr size_t kLettersPerSync = 256;
 // a host writing to the practice's file never waits long.
 constexpr qint64 kMostMillisecondsPerSync = 200;
 
+// Letters merged ahead of the writer (a few megabytes), so that a slow
+// moment of the disk or of the merge does not hold the other up.
+constexpr size_t kLettersWaiting = 128;
+
 bool connected() {
     return app().database && app().database->isConnected();
 }
@@ -29,8 +32,14 @@ bool connected() {
 
 MergeFiling::MergeFiling(MergeResultDocument& document, const QString& vaultRoot)
     : m_document(document), m_vaultRoot(vaultRoot), m_saved(document.model),
-      m_queue(std::make_unique<LetterWriteQueue>()) {
+      m_queue(std::make_unique<LetterWriteQueue>(kLettersWaiting)) {
     m_saved.documentType = DocumentModel::SavedMergeResult;
+    try {
+        m_trailer = documentFileBytes(QByteArray(), m_saved);
+    } catch (const QmError& fault) {
+        // Told against every letter, as writing each would tell it.
+        m_trailerFault = fault;
+    }
     m_normalised = NormalisedLetter::fromTemplate(m_scratch, document.templateText);
     // The vault rows of new folders are written in batches that commit with
     // the letters they file: one durable commit per batch, not per client.
@@ -46,63 +55,116 @@ MergeFiling::~MergeFiling() {
     m_queue.reset();
 }
 
-QString MergeFiling::letterFolder(const MergedRecord& record) {
+bool MergeFiling::dependsOnPending(const ClientFolderPlan& plan) const {
+    return std::any_of(m_pending.begin(), m_pending.end(), [&](const PendingFolder& pending) {
+        return planReadsWhatCompletes(plan, pending.plan);
+    });
+}
+
+template <typename Plan> QString MergeFiling::plannedFolder(const Plan& plan, size_t index) {
+    std::optional<ClientFolderPlan> planned;
+    try {
+        planned = plan();
+    } catch (const QmError&) {
+        if (m_pending.empty()) {
+            throw;
+        }
+    }
+    if (!planned || dependsOnPending(*planned)) {
+        completeFolders(true);
+        planned = plan();
+    }
+    if (planned->mustMake) {
+        m_pending.push_back(
+            PendingFolder{*planned, m_queue->makeFolder(planned->folder), index, std::nullopt});
+    }
+    return planned->folder;
+}
+
+QString MergeFiling::letterFolder(size_t index) {
+    const MergedRecord& record = m_document.records[index];
     if (!m_index && connected()) {
         m_index.emplace(*app().database);
     }
-    DocVaultIndex* index = m_index ? &*m_index : nullptr;
-    QString folder;
+    if (!m_index) {
+        // Without a connection nothing is made, so nothing waits.
+        if (m_document.model.InformationType == InformationKind::Appointments) {
+            const int client = MergeLookups::getClientDataIDFromCompanyID(
+                MergeLookups::getCompanyIDFromAppointmentID(record.appointmentID));
+            return MergeLookups::validClientID(client)
+                       ? getBusinessClientDocFolder(client, m_vaultRoot)
+                       : getMiscAppointmentsFolder(m_vaultRoot);
+        }
+        const int client = MergeLookups::getClientDataIDFromCompanyID(record.companyID);
+        return MergeLookups::validClientID(client)
+                   ? getBusinessClientDocFolder(client, m_vaultRoot)
+                   : getPersonalClientDocFolder(record.contactID, m_vaultRoot);
+    }
+    DocVaultIndex& vault = *m_index;
     if (m_document.model.InformationType == InformationKind::Appointments) {
         const int client = MergeLookups::getClientDataIDFromCompanyID(
             MergeLookups::getCompanyIDFromAppointmentID(record.appointmentID));
-        folder = MergeLookups::validClientID(client)
-                     ? getBusinessClientDocFolder(client, m_vaultRoot, index)
-                     : getMiscAppointmentsFolder(m_vaultRoot);
-    } else {
-        const int client = MergeLookups::getClientDataIDFromCompanyID(record.companyID);
-        folder = MergeLookups::validClientID(client)
-                     ? getBusinessClientDocFolder(client, m_vaultRoot, index)
-                     : getPersonalClientDocFolder(record.contactID, m_vaultRoot, index);
+        if (!MergeLookups::validClientID(client)) {
+            // Made here, so after every folder asked for before it.
+            completeFolders(true);
+            return getMiscAppointmentsFolder(m_vaultRoot);
+        }
+        return plannedFolder(
+            [&] { return planBusinessClientDocFolder(client, m_vaultRoot, vault); }, index);
     }
-    if (folder.isEmpty()) {
-        folder = m_vaultRoot.isEmpty() ? QString() : fileControl::AddBackslash(m_vaultRoot);
+    const int client = MergeLookups::getClientDataIDFromCompanyID(record.companyID);
+    if (MergeLookups::validClientID(client)) {
+        return plannedFolder(
+            [&] { return planBusinessClientDocFolder(client, m_vaultRoot, vault); }, index);
     }
-    return folder;
+    return plannedFolder(
+        [&] { return planPersonalClientDocFolder(record.contactID, m_vaultRoot, vault); }, index);
+}
+
+void MergeFiling::completeFolders(bool wait) {
+    while (!m_pending.empty()) {
+        const PendingFolder& pending = m_pending.front();
+        std::optional<QString> failure = m_queue->folderMade(pending.ticket, wait);
+        if (!failure) {
+            return;
+        }
+        if (failure->isEmpty()) {
+            try {
+                completeClientDocFolder(pending.plan, *m_index);
+            } catch (const QmError& fault) {
+                failure = fault.description();
+            }
+        }
+        if (!failure->isEmpty()) {
+            m_document.records[pending.record].failure = *failure;
+            if (pending.staged) {
+                m_open[*pending.staged].folderFailure = *failure;
+            }
+        }
+        m_pending.pop_front();
+    }
 }
 
 // The bytes of one saved letter: the text as the box writes it back (the
 // round trip normalises the merged RTF), then the trailer, built in memory
 // so that the letter is written once.
-QByteArray MergeFiling::letterBytes(const QString& rtf, const QString& scratchFolder) {
+QByteArray MergeFiling::letterBytes(const QString& rtf) {
+    if (m_trailerFault) {
+        throw *m_trailerFault;
+    }
     if (m_saved.fileSaveType == RichTextBox::rtfRTF && m_normalised) {
-        if (const std::optional<QString> text = m_normalised->normalisedText(rtf)) {
-            return documentFileBytes(text->toLatin1(), m_saved);
+        if (std::optional<QByteArray> text =
+                m_normalised->normalisedLatin1(rtf, m_trailer.size())) {
+            return documentFileBytes(std::move(*text), m_trailer);
         }
     }
     m_scratch.setTextRTF(rtf);
-    if (m_saved.fileSaveType == RichTextBox::rtfRTF) {
-        return documentFileBytes(m_scratch.TextRTF().toLatin1(), m_saved);
-    }
-    // Plain text takes the box's own encoding, which only its file save
-    // gives; a rare kind, so the extra file is accepted.
-    const QString temporary = scratchFolder + QStringLiteral("/.qm-") +
-                              QUuid::createUuid().toString(QUuid::Id128) + QStringLiteral(".part");
-    try {
-        m_scratch.SaveFile(temporary, m_saved.fileSaveType);
-        const auto content = fileControl::readWholeFile(temporary);
-        QFile::remove(temporary);
-        if (!content) {
-            throw QmError(QmError::PathFileAccessError,
-                          QStringLiteral("Path/File access error: ") + temporary);
-        }
-        return documentFileBytes(*content, m_saved);
-    } catch (...) {
-        QFile::remove(temporary);
-        throw;
-    }
+    return documentFileBytes(m_scratch.fileBytes(m_saved.fileSaveType), m_trailer);
 }
 
 void MergeFiling::file(size_t index) {
+    // The folders of the records before, made while this one merged.
+    completeFolders(false);
     MergedRecord& record = m_document.records[index];
     Staged letter;
     letter.index = index;
@@ -122,25 +184,26 @@ void MergeFiling::file(size_t index) {
                 !stringControl::isBlank(letter.path) && fileControl::FileExists(letter.path);
             if (!letter.ownEarlierSave) {
                 letter.path =
-                    letterFolder(record) + parseMergeFileName(m_document.templateCaption,
-                                                              m_document.model.fileSaveType,
-                                                              DocumentModel::MergeResults,
-                                                              m_document.model.InformationType);
+                    letterFolder(index) + parseMergeFileName(m_document.templateCaption,
+                                                             m_document.model.fileSaveType,
+                                                             DocumentModel::MergeResults,
+                                                             m_document.model.InformationType);
             }
             if (!m_vaultRoot.isEmpty()) {
                 requireInsideVault(letter.path, m_vaultRoot);
             }
-            const QString folder = fileControl::FolderName(letter.path);
-            // Before any temporary of this run goes there, the scratch
-            // file of a plain-text letter included.
-            m_writer.sweep(QFileInfo(letter.path).absolutePath());
-            m_queue->add(letter.path, letterBytes(record.rtf, folder));
+            const bool newFolder = !m_pending.empty() && m_pending.back().record == index;
+            m_queue->add(letter.path, letterBytes(record.rtf),
+                         newFolder ? std::optional(m_pending.back().ticket) : std::nullopt);
             letter.written = true;
         } catch (const QmError& fault) {
             record.failure = fault.description();
         }
     }
     m_open.push_back(std::move(letter));
+    if (!m_pending.empty() && m_pending.back().record == index && m_open.back().written) {
+        m_pending.back().staged = m_open.size() - 1;
+    }
     if (m_open.size() >= kLettersPerSync || m_sinceClose.hasExpired(kMostMillisecondsPerSync)) {
         closeBatch();
     }
@@ -148,6 +211,8 @@ void MergeFiling::file(size_t index) {
 }
 
 void MergeFiling::closeBatch() {
+    // Every folder row goes in with the commit before its letter is placed.
+    completeFolders(true);
     if (m_folderRows) {
         try {
             m_folderRows->commit();
@@ -183,7 +248,12 @@ void MergeFiling::place(const std::vector<Staged>& staged, LetterWriteQueue::Bat
         MergedRecord& record = m_document.records[letter.index];
         if (letter.written) {
             const LetterWriteQueue::Written& written = batch.letters.at(next++);
-            if (!written.failure.isEmpty()) {
+            if (!letter.folderFailure.isEmpty()) {
+                if (!written.temporary.isEmpty()) {
+                    QFile::remove(written.temporary);
+                }
+                record.failure = letter.folderFailure;
+            } else if (!written.failure.isEmpty()) {
                 record.failure = written.failure;
             } else {
                 try {

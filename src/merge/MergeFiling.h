@@ -6,6 +6,7 @@
 #include "merge/LetterWriter.h"
 #include "merge/NormalisedLetter.h"
 #include "merge/modDocVaultFolders.h"
+#include "platform/errorClass.h"
 #include "platform/richtext/RichTextBox.h"
 
 #include <QElapsedTimer>
@@ -21,10 +22,12 @@ struct MergedRecord;
 // Files the records of a merge result one by one, as the save walk of
 // MergeResultDocument does, for that walk and for a merge that files each
 // record as soon as it is made. On the calling thread: the record's folder
-// (database and vault), its bytes, the sweep of the folder, and, once the
-// letter is on disk, the move of an older letter into "Replaced", the rename
-// into place and onFiled. On the writer thread: the temporary file and the
-// sync. Records are told to onFiled in the order they were filed, each right
+// as the database and the vault name it, its bytes, and, once the letter is
+// on disk, the move of an older letter into "Replaced", the rename into
+// place and onFiled. On the writer threads (LetterWriteQueue): new folders,
+// the sweep of each folder, the temporary file and the sync. A new folder's
+// row is written once the folder is there, while the next record merges.
+// Records are told to onFiled in the order they were filed, each right
 // after its rename, failures included.
 //
 // The database is app().database; the document must outlive this object and
@@ -53,22 +56,44 @@ private:
         QString path;
         bool written = false; // handed to the writer thread
         bool ownEarlierSave = false;
+        // Set when the letter's new folder failed after the letter was
+        // handed over: the letter is not placed.
+        QString folderFailure;
+    };
+    // A new folder being made on the writer thread for records[record].
+    struct PendingFolder {
+        ClientFolderPlan plan;
+        LetterWriteQueue::FolderTicket ticket = 0;
+        size_t record = 0;
+        std::optional<size_t> staged; // the letter's place in m_open
     };
 
     void closeBatch();
     void placeFinished(bool wait);
     void place(const std::vector<Staged>& staged, LetterWriteQueue::Batch& batch);
-    QString letterFolder(const MergedRecord& record);
-    QByteArray letterBytes(const QString& rtf, const QString& scratchFolder);
+    QString letterFolder(size_t index);
+    // The folder the lookup `plan` finds, looked up again once every pending
+    // folder is recorded when it read what one of them changes; a new one
+    // is handed to the writer to make.
+    template <typename Plan> QString plannedFolder(const Plan& plan, size_t index);
+    bool dependsOnPending(const ClientFolderPlan& plan) const;
+    // Writes the rows of the pending folders the writer has made, in their
+    // order; with `wait`, of all of them. A failure is the record's, as when
+    // the folder was made in one step.
+    void completeFolders(bool wait);
+    QByteArray letterBytes(const QString& rtf);
 
     MergeResultDocument& m_document;
     const QString m_vaultRoot;
     DocumentModel m_saved;
+    QByteArray m_trailer; // the same for every letter of the walk
+    std::optional<QmError> m_trailerFault;
     RichTextBox m_scratch;
     std::optional<NormalisedLetter> m_normalised;
     // Read when the first letter needs a folder, then kept for the walk.
     std::optional<DocVaultIndex> m_index;
     std::optional<WriteBatch> m_folderRows;
+    std::deque<PendingFolder> m_pending;
     LetterWriter m_writer;
     // Declared after what its batches refer to, destroyed before it.
     std::unique_ptr<LetterWriteQueue> m_queue;

@@ -105,16 +105,17 @@ public:
     // already in the folder is moved into its "Replaced" subfolder first. A
     // record that cannot be filed (a folder outside the vault, a folder or
     // file that cannot be written) keeps the reason in `failure` and the walk
-    // goes on. The temporaries are written and synced by a second thread
-    // while the walk goes on (see MergeFiling); renames, moves into
-    // "Replaced" and onFiled stay on the calling thread, in record order.
+    // goes on. New folders are made and the temporaries written and synced
+    // by other threads while the walk goes on (see MergeFiling); renames,
+    // moves into "Replaced" and onFiled stay on the calling thread, in
+    // record order.
     // Returns the number of records not filed, those that failed to merge
     // included.
     int saveMergeDocument(ProgressReporter& progress, const QString& vaultRoot = QString());
 
     // createMergeDocument and saveMergeDocument in one walk, for a caller
     // that does not look at the records in between: each record is filed as
-    // soon as it is merged, its letter written to disk by a second thread
+    // soon as it is merged, its letter written to disk by other threads
     // while the next record merges. The records, the files and what onFiled
     // hears, in its order, are those of the two walks one after the other;
     // the progress shows the merge walk only, and its cancel ends both. A

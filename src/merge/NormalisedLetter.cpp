@@ -29,6 +29,19 @@ void appendEscaped(QString& out, QChar c) {
     }
 }
 
+// Values hold printable ASCII and accents only, so each is one byte or one
+// escape in Latin-1.
+void appendEscaped(QByteArray& out, QChar c) {
+    static const char* const hex = "0123456789abcdef";
+    if (isAccentCharacter(c)) {
+        out += "\\'";
+        out += hex[c.unicode() >> 4];
+        out += hex[c.unicode() & 15];
+    } else {
+        out += char(c.unicode());
+    }
+}
+
 QString probeValue() {
     QString value = QStringLiteral("A");
     for (char16_t u = 0xA1; u <= 0xFF; ++u) {
@@ -84,6 +97,9 @@ std::optional<NormalisedLetter> NormalisedLetter::fromTemplate(RichTextBox& scra
         return std::nullopt;
     }
     check.m_segments << templateRtf.mid(from);
+    for (const QString& segment : std::as_const(check.m_segments)) {
+        check.m_latin1Segments << segment.toLatin1();
+    }
     const QString probe = probeValue();
     QString escaped;
     for (const QChar c : probe) {
@@ -103,14 +119,13 @@ bool NormalisedLetter::isFixedPoint(const QString& letter) const {
     return text && *text == letter;
 }
 
-std::optional<QString> NormalisedLetter::normalisedText(const QString& letter) const {
-    const QStringView text(letter);
+bool NormalisedLetter::findValues(QStringView text,
+                                  std::vector<std::pair<qsizetype, qsizetype>>& values) const {
     if (!text.startsWith(m_segments.front()) || !text.endsWith(m_segments.back())) {
-        return std::nullopt;
+        return false;
     }
-    QString out;
-    out.reserve(letter.size() + letter.size() / 16);
-    out += m_segments.front();
+    values.clear();
+    values.reserve(size_t(m_segments.size() - 1));
     qsizetype at = m_segments.front().size();
     const qsizetype tail = text.size() - m_segments.back().size();
     for (qsizetype i = 1; i < m_segments.size(); ++i) {
@@ -123,22 +138,54 @@ std::optional<QString> NormalisedLetter::normalisedText(const QString& letter) c
         bool found = false;
         while (end < text.size() && isValueCharacter(text[end])) {
             ++end;
-            if (last ? end == tail : text.mid(end).startsWith(next)) {
+            const bool nextStarts =
+                next.isEmpty() ||
+                (end < text.size() && text[end] == next.front() && text.mid(end).startsWith(next));
+            if (last ? end == tail : nextStarts) {
                 found = true;
                 break;
             }
         }
         if (!found) {
-            return std::nullopt;
+            return false;
         }
-        for (qsizetype c = at; c < end; ++c) {
-            appendEscaped(out, text[c]);
-        }
-        out += next;
+        values.emplace_back(at, end);
         at = end + (last ? 0 : next.size());
     }
-    if (at != tail) {
+    return at == tail;
+}
+
+std::optional<QString> NormalisedLetter::normalisedText(const QString& letter) const {
+    std::vector<std::pair<qsizetype, qsizetype>> values;
+    if (!findValues(letter, values)) {
         return std::nullopt;
+    }
+    QString out;
+    out.reserve(letter.size() + letter.size() / 16);
+    out += m_segments.front();
+    for (size_t i = 0; i < values.size(); ++i) {
+        for (qsizetype c = values[i].first; c < values[i].second; ++c) {
+            appendEscaped(out, letter[c]);
+        }
+        out += m_segments.at(qsizetype(i) + 1);
+    }
+    return out;
+}
+
+std::optional<QByteArray> NormalisedLetter::normalisedLatin1(const QString& letter,
+                                                             qsizetype spare) const {
+    std::vector<std::pair<qsizetype, qsizetype>> values;
+    if (!findValues(letter, values)) {
+        return std::nullopt;
+    }
+    QByteArray out;
+    out.reserve(letter.size() + letter.size() / 16 + spare);
+    out += m_latin1Segments.front();
+    for (size_t i = 0; i < values.size(); ++i) {
+        for (qsizetype c = values[i].first; c < values[i].second; ++c) {
+            appendEscaped(out, letter[c]);
+        }
+        out += m_latin1Segments.at(qsizetype(i) + 1);
     }
     return out;
 }

@@ -1,8 +1,12 @@
 #pragma once
 
+#include <QByteArray>
+#include <QList>
 #include <QString>
 #include <QStringList>
 #include <optional>
+#include <utility>
+#include <vector>
 
 class RichTextBox;
 
@@ -33,6 +37,9 @@ public:
     // What the round trip would make of `letter`, when it is the template
     // with every placeholder span replaced by plain text; otherwise nothing.
     std::optional<QString> normalisedText(const QString& letter) const;
+    // The same as the Latin-1 bytes the box's text is written in, with room
+    // for `spare` more bytes.
+    std::optional<QByteArray> normalisedLatin1(const QString& letter, qsizetype spare = 0) const;
 
     // True when the round trip would give `letter` back unchanged.
     bool isFixedPoint(const QString& letter) const;
@@ -42,9 +49,13 @@ public:
 
 private:
     bool isValueCharacter(QChar c) const;
+    // Where each value lies in `letter` (start, end), one fewer than the
+    // segments; false when the letter is not the template with plain values.
+    bool findValues(QStringView letter, std::vector<std::pair<qsizetype, qsizetype>>& values) const;
 
     // The template's text between placeholder spans; one more than spans.
     QStringList m_segments;
+    QList<QByteArray> m_latin1Segments;
     // The probe showed accented letters written as escapes in every span.
     bool m_escapesAccents = false;
 };

@@ -21,79 +21,62 @@ QString vaultRoot(const QString& root) {
     return folder.isEmpty() ? QString() : fileControl::AddBackslash(folder);
 }
 
-void makeFolder(const QString& folder) {
-    if (!QDir().mkpath(folder)) {
-        throw QmError(QmError::PathNotFound, QStringLiteral("Path not found: ") + folder);
-    }
-}
-
 QString clientKey(const QString& keyColumn, int id) {
     return keyColumn + QLatin1Char(':') + QString::number(id);
 }
 
 // Steps shared by the business and personal folders: the stored folder while
 // it exists, otherwise a folder of the current name, stored for next time.
+ClientFolderPlan planClientFolder(const QString& keyColumn, int id, const QString& subfolder,
+                                  const QString& clientName, const QString& root,
+                                  DocVaultIndex& index) {
+    ClientFolderPlan plan;
+    plan.keyColumn = keyColumn;
+    plan.id = id;
+    const QString base = vaultRoot(root);
+    const std::optional<QString> stored = index.storedFolder(keyColumn, id);
+    if (stored && !stringControl::isBlank(*stored)) {
+        const QString candidate = fileControl::AddBackslash(base + *stored);
+        requireInsideVault(candidate, base);
+        plan.storedChecked = candidate;
+        if (fileControl::FolderExists(candidate)) {
+            plan.folder = candidate;
+            return plan;
+        }
+    }
+    QString relative = subfolder + cleanFolderName(clientName);
+    const QString name = relative;
+    plan.namesTried << relative;
+    for (int n = 2; index.takenByAnother(keyColumn, id, relative); ++n) {
+        relative = name + QStringLiteral(" (") + QString::number(n) + QLatin1Char(')');
+        plan.namesTried << relative;
+    }
+    plan.folder = fileControl::AddBackslash(base + relative);
+    requireInsideVault(plan.folder, base);
+    plan.mustMake = true;
+    plan.relative = relative;
+    plan.hasRow = stored.has_value();
+    plan.rowIsCurrent = stored && *stored == relative;
+    return plan;
+}
+
 QString clientFolder(const QString& keyColumn, int id, const QString& subfolder,
                      const QString& clientName, const QString& root, DocVaultIndex* index) {
     databaseControl* db = app().database;
     if (!db || !db->isConnected()) {
         return QString();
     }
-    const QString base = vaultRoot(root);
     std::optional<DocVaultIndex> ownIndex;
     if (!index) {
         index = &ownIndex.emplace(*db);
     }
-    const std::optional<QString> stored = index->storedFolder(keyColumn, id);
-    if (stored && !stringControl::isBlank(*stored)) {
-        const QString candidate = fileControl::AddBackslash(base + *stored);
-        requireInsideVault(candidate, base);
-        if (fileControl::FolderExists(candidate)) {
-            return candidate;
-        }
+    const ClientFolderPlan plan =
+        planClientFolder(keyColumn, id, subfolder, clientName, root, *index);
+    if (plan.mustMake) {
+        makeVaultFolder(plan.folder);
+        completeClientDocFolder(plan, *index);
     }
-    QString relative = subfolder + cleanFolderName(clientName);
-    const QString name = relative;
-    for (int n = 2; index->takenByAnother(keyColumn, id, relative); ++n) {
-        relative = name + QStringLiteral(" (") + QString::number(n) + QLatin1Char(')');
-    }
-    const QString result = fileControl::AddBackslash(base + relative);
-    requireInsideVault(result, base);
-    makeFolder(result);
-    if (db->isReadOnly() || (stored && *stored == relative)) {
-        // The letter is still filed; only the record of its folder waits for
-        // a connection that may write (the user was told on connecting). A
-        // row that already names this folder (a new vault root, a folder
-        // removed by hand) needs no write.
-        index->remember(keyColumn, id, relative);
-        return result;
-    }
-    // The client's own row, opened by its key for the write. A client the
-    // index has no row for gets one without a search: the column has no
-    // index, and a first merge would otherwise read the table once a client.
-    const QString where = stored ? QStringLiteral("ClientDocumentStorage.") + keyColumn +
-                                       QStringLiteral(" = ") + QString::number(id)
-                                 : QStringLiteral("1 = 0");
-    const int rs = db->openRecordset(
-        QStringLiteral("SELECT ClientDocumentStorage.* FROM ClientDocumentStorage WHERE ") + where +
-            QLatin1Char(';'),
-        databaseControl::KeysetCursor, databaseControl::OptimisticLock);
-    try {
-        if (db->hasRecords(rs)) {
-            db->updateFieldNow(rs, QStringLiteral("FolderPath"), relative);
-        } else {
-            db->addNew(rs);
-            db->setField(rs, keyColumn, id);
-            db->setField(rs, QStringLiteral("FolderPath"), relative);
-            db->saveRecord(rs);
-        }
-    } catch (...) {
-        db->closeRecordset(rs);
-        throw;
-    }
-    db->closeRecordset(rs);
-    index->remember(keyColumn, id, relative);
-    return result;
+    return plan.folder;
 }
 
 } // namespace
@@ -150,6 +133,93 @@ void DocVaultIndex::remember(const QString& keyColumn, int id, const QString& re
     m_clientByFolder.insert(relative, key);
 }
 
+bool planReadsWhatCompletes(const ClientFolderPlan& later, const ClientFolderPlan& earlier) {
+    if (!earlier.mustMake) {
+        return false;
+    }
+    if (earlier.keyColumn == later.keyColumn && earlier.id == later.id) {
+        return true;
+    }
+    if (later.namesTried.contains(earlier.relative)) {
+        return true;
+    }
+    if (later.storedChecked.isEmpty()) {
+        return false;
+    }
+    // Making a folder makes its parents too.
+    const QString made = fileControl::AddBackslash(QDir::cleanPath(earlier.folder));
+    const QString looked = fileControl::AddBackslash(QDir::cleanPath(later.storedChecked));
+    return made.startsWith(looked);
+}
+
+void makeVaultFolder(const QString& folder) {
+    if (!QDir().mkpath(folder)) {
+        throw QmError(QmError::PathNotFound, QStringLiteral("Path not found: ") + folder);
+    }
+}
+
+void completeClientDocFolder(const ClientFolderPlan& plan, DocVaultIndex& index) {
+    if (!plan.mustMake) {
+        return;
+    }
+    databaseControl* db = app().database;
+    if (!db || !db->isConnected()) {
+        throw QmError(QmError::Internal,
+                      QStringLiteral("The database closed while the vault folders were made."));
+    }
+    if (db->isReadOnly() || plan.rowIsCurrent) {
+        // The letter is still filed; only the record of its folder waits for
+        // a connection that may write (the user was told on connecting). A
+        // row that already names this folder (a new vault root, a folder
+        // removed by hand) needs no write.
+        index.remember(plan.keyColumn, plan.id, plan.relative);
+        return;
+    }
+    // The client's own row, opened by its key for the write. A client the
+    // index has no row for gets one without a search: the column has no
+    // index, and a first merge would otherwise read the table once a client.
+    const QString where = plan.hasRow ? QStringLiteral("ClientDocumentStorage.") + plan.keyColumn +
+                                            QStringLiteral(" = ") + QString::number(plan.id)
+                                      : QStringLiteral("1 = 0");
+    const int rs = db->openRecordset(
+        QStringLiteral("SELECT ClientDocumentStorage.* FROM ClientDocumentStorage WHERE ") + where +
+            QLatin1Char(';'),
+        databaseControl::KeysetCursor, databaseControl::OptimisticLock);
+    try {
+        if (db->hasRecords(rs)) {
+            db->updateFieldNow(rs, QStringLiteral("FolderPath"), plan.relative);
+        } else {
+            db->addNew(rs);
+            db->setField(rs, plan.keyColumn, plan.id);
+            db->setField(rs, QStringLiteral("FolderPath"), plan.relative);
+            db->saveRecord(rs);
+        }
+    } catch (...) {
+        db->closeRecordset(rs);
+        throw;
+    }
+    db->closeRecordset(rs);
+    index.remember(plan.keyColumn, plan.id, plan.relative);
+}
+
+ClientFolderPlan planBusinessClientDocFolder(int clientDataID, const QString& root,
+                                             DocVaultIndex& index) {
+    ProcedureScope scope(app().errors,
+                         "QuillmerePad.exe-modDocVaultFolders-getBusinessClientDocFolder");
+    return planClientFolder(QStringLiteral("ClientDataNum"), clientDataID, QString(),
+                            MergeLookups::getCompanyNameFromClientDataID(clientDataID), root,
+                            index);
+}
+
+ClientFolderPlan planPersonalClientDocFolder(int contactID, const QString& root,
+                                             DocVaultIndex& index) {
+    ProcedureScope scope(app().errors,
+                         "QuillmerePad.exe-modDocVaultFolders-getPersonalClientDocFolder");
+    return planClientFolder(QStringLiteral("ContactNum"), contactID,
+                            QStringLiteral("Personal Tax Clients/"),
+                            MergeLookups::getDisplayNameFromContactID(contactID), root, index);
+}
+
 void requireInsideVault(const QString& path, const QString& root) {
     const QString base = QDir::cleanPath(root);
     const QString clean = QDir::cleanPath(path);
@@ -196,7 +266,7 @@ QString getMiscAppointmentsFolder(const QString& root) {
     const QString folder =
         vaultRoot(root) + QStringLiteral("Quillmere Merge Appointment Documents");
     if (!fileControl::FolderExists(folder)) {
-        makeFolder(folder);
+        makeVaultFolder(folder);
     }
     return folder;
 }

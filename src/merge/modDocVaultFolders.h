@@ -5,6 +5,7 @@
 #include <QHash>
 #include <QSet>
 #include <QString>
+#include <QStringList>
 #include <optional>
 
 class databaseControl;
@@ -47,6 +48,43 @@ QString getBusinessClientDocFolder(int clientDataID, const QString& root = QStri
 QString getPersonalClientDocFolder(int contactID, const QString& root = QString(),
                                    DocVaultIndex* index = nullptr);
 QString getMiscAppointmentsFolder(const QString& root = QString());
+
+// The same lookups in two steps, for a walk that makes new folders on
+// another thread: the plan finds the folder and whether it must be made,
+// writing neither disk nor table; once the folder has been made
+// (makeVaultFolder), completeClientDocFolder writes its row and tells the
+// index. The database must be connected for both steps. A folder that could
+// not be made is not completed, as the one-step functions leave it. A plan
+// made while earlier plans are still to be completed is the one the
+// one-step functions would give unless planReadsWhatCompletes says
+// otherwise for one of them.
+struct ClientFolderPlan {
+    QString folder; // with a trailing separator
+    bool mustMake = false;
+    QString keyColumn;
+    int id = 0;
+    QString relative;
+    bool hasRow = false;       // the client has a row to update
+    bool rowIsCurrent = false; // ...which already names this folder
+    // What the plan read: the stored folder it looked for on disk (empty
+    // when there was none) and the names it tried, in their order.
+    QString storedChecked;
+    QStringList namesTried;
+};
+ClientFolderPlan planBusinessClientDocFolder(int clientDataID, const QString& root,
+                                             DocVaultIndex& index);
+ClientFolderPlan planPersonalClientDocFolder(int contactID, const QString& root,
+                                             DocVaultIndex& index);
+// Whether `later`, planned before `earlier` was completed, may have read
+// what completing it changes: the same client, a stored folder that is the
+// new one or one of its parents, or the new folder's name among the names
+// it tried.
+// When false for every earlier plan still open, `later` stands as planned.
+bool planReadsWhatCompletes(const ClientFolderPlan& later, const ClientFolderPlan& earlier);
+// Raises QmError PathNotFound when the folder cannot be made.
+void makeVaultFolder(const QString& folder);
+// Database faults pass as QmError; the index is then left as it was.
+void completeClientDocFolder(const ClientFolderPlan& plan, DocVaultIndex& index);
 
 // Raises QmError PathFileAccessError unless `path` lies strictly below
 // `root` once "." and ".." are resolved.

@@ -7,6 +7,7 @@
 
 #include <QDir>
 #include <QDirIterator>
+#include <QFile>
 #include <QFileInfo>
 #include <gtest/gtest.h>
 
@@ -96,6 +97,90 @@ TEST(LetterWriteQueueTest, AnAbandonedQueueLeavesNoTemporary) {
     }
     EXPECT_EQ(temporariesBelow(env.root()), QStringList());
     EXPECT_TRUE(QDir(folder).entryList(QDir::Files | QDir::Hidden).isEmpty());
+}
+
+TEST(LetterWriteQueueTest, FoldersAreMadeForTheirLettersAndAFailureStaysWithItsLetters) {
+    TestEnvironment env;
+    const QString root = env.root() + "/vault";
+    ASSERT_TRUE(QDir().mkpath(root + "/old"));
+    // A folder that was there holds a temporary of a killed run and a file
+    // of the practice's own.
+    const QString stale = root + "/old/.qm-0123456789abcdef0123456789abcdef.part";
+    for (const QString& path : {stale, QString(root + "/old/kept.txt")}) {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("left");
+    }
+    QFile blocker(root + "/blocked");
+    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
+    blocker.close();
+
+    struct Expected {
+        QString path;
+        QByteArray bytes;
+        QString failure; // empty: written
+    };
+    std::vector<Expected> expected;
+    std::vector<std::pair<LetterWriteQueue::FolderTicket, QString>> tickets;
+    // Few letters may wait, so the folders are asked for while the writer
+    // is busy with letters and the syncs with batches before them.
+    LetterWriteQueue queue(3);
+    for (int client = 0; client < 40; ++client) {
+        QString folder = root + QString("/new/client %1/").arg(client);
+        if (client == 0) {
+            folder = root + "/old/";
+        } else if (client == 13) {
+            folder = root + "/blocked/client 13/";
+        }
+        const QString folderFailure =
+            client == 13 ? QString("Path not found: " + folder) : QString();
+        const LetterWriteQueue::FolderTicket ticket = queue.makeFolder(folder);
+        tickets.emplace_back(ticket, folderFailure);
+        for (int n = 0; n < 3; ++n) {
+            Expected letter;
+            letter.path = folder + QString("letter %1.qmw").arg(n);
+            letter.bytes = QByteArray("client ") + QByteArray::number(client) + " letter " +
+                           QByteArray::number(n) + QByteArray(3000 * n, 'x');
+            letter.failure = folderFailure;
+            queue.add(letter.path, letter.bytes, ticket);
+            expected.push_back(letter);
+        }
+        // A letter for a folder nobody made fails by itself.
+        if (client == 21) {
+            const QString path = root + "/never made/letter.qmw";
+            queue.add(path, "lost");
+            expected.push_back({path, "lost", "Path/File access error: " + path});
+        }
+        if (client % 7 == 6) {
+            queue.closeBatch();
+        }
+    }
+    queue.closeBatch();
+    for (const auto& [ticket, failure] : tickets) {
+        EXPECT_EQ(queue.folderMade(ticket, true), std::optional(failure));
+        EXPECT_EQ(queue.folderMade(ticket, false), std::nullopt) << "answered once";
+    }
+
+    std::vector<LetterWriteQueue::Written> written;
+    while (auto batch = queue.takeBatch(true)) {
+        EXPECT_TRUE(batch->syncFailure.isEmpty());
+        written.insert(written.end(), batch->letters.begin(), batch->letters.end());
+    }
+    ASSERT_EQ(written.size(), expected.size());
+    for (size_t i = 0; i < expected.size(); ++i) {
+        SCOPED_TRACE(expected[i].path.toStdString());
+        EXPECT_EQ(written[i].failure, expected[i].failure);
+        if (expected[i].failure.isEmpty()) {
+            EXPECT_EQ(QFileInfo(written[i].temporary).absolutePath() + "/",
+                      QFileInfo(expected[i].path).path() + "/");
+            EXPECT_EQ(fileControl::readWholeFile(written[i].temporary), expected[i].bytes);
+        } else {
+            EXPECT_TRUE(written[i].temporary.isEmpty());
+        }
+    }
+    EXPECT_FALSE(QFileInfo::exists(stale));
+    EXPECT_EQ(*fileControl::readWholeFile(root + "/old/kept.txt"), "left");
+    EXPECT_FALSE(QFileInfo::exists(root + "/never made"));
 }
 
 } // namespace

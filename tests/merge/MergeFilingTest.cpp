@@ -13,6 +13,7 @@
 
 #include <QDir>
 #include <QDirIterator>
+#include <QFile>
 #include <QFileInfo>
 #include <gtest/gtest.h>
 
@@ -261,6 +262,59 @@ TEST_F(MergeFilingTest, ACancelledWalkFilesWhatItMergedAndLeavesNoTemporary) {
     EXPECT_TRUE(none.stoppedByUser);
     EXPECT_TRUE(told.isEmpty());
     EXPECT_FALSE(QFileInfo::exists(vault + "/Gamma Ltd"));
+}
+
+TEST_F(MergeFilingTest, FoldersMadeAheadAreStoredAsInTurnAndOneThatCannotBeMadeFailsItsLetterOnly) {
+    // Clients whose cleaned names meet, one client twice, and one whose
+    // folder name is taken by a file: each new folder is made on the writer
+    // thread while the records after it are planned.
+    db->addClient(40, {{"CompanyName", "Delta/Co"}});
+    db->addClient(50, {{"CompanyName", "Delta:Co"}});
+    db->addClient(60, {{"CompanyName", "Blocked"}});
+    db->addClient(70, {{"CompanyName", "Delta?Co"}});
+    const QString vault = env.root() + "/vault";
+    ASSERT_TRUE(QDir().mkpath(vault));
+    QFile blocker(vault + "/Blocked");
+    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
+    blocker.write("not a folder");
+    blocker.close();
+
+    MergeResultDocument result;
+    prepare(result, {40, 50, 60, 40, 70, 30});
+    QStringList told;
+    result.onFiled = [&](const MergedRecord& r) { told << toldLine(r, vault).join('|'); };
+    EXPECT_EQ(result.mergeAndSaveDocument(progress, vault), 1);
+    const QString name = kLetterName;
+    EXPECT_EQ(told,
+              QStringList({"Gamma Ltd|Gamma Ltd/" + name + "||filed",
+                           "Delta/Co|Delta_Co/" + name + "||filed",
+                           "Delta/Co|Delta_Co/" + name + "|Delta_Co/Replaced/" + name + "|filed",
+                           "Delta:Co|Delta_Co (2)/" + name + "||filed", "Blocked|||failed",
+                           "Delta?Co|Delta_Co (3)/" + name + "||filed"}));
+    EXPECT_EQ(result.records[4].failure, "Path not found: " + vault + "/Blocked/");
+    for (const MergedRecord& record : result.records) {
+        if (record.failure.isEmpty()) {
+            EXPECT_EQ(fileControl::readWholeFile(record.savedPath)->left(5), "{\\rtf");
+            EXPECT_TRUE(
+                fileControl::readWholeFile(record.savedPath)->contains(record.name.toLatin1()))
+                << record.name.toStdString();
+        }
+    }
+    EXPECT_EQ(*fileControl::readWholeFile(vault + "/Blocked"), "not a folder");
+
+    const int rs =
+        db->db().openRecordset("SELECT ClientDocumentStorage.* FROM ClientDocumentStorage ORDER BY "
+                               "ClientDocumentStorageID;");
+    QStringList rows;
+    while (!db->db().isEOF(rs)) {
+        rows << db->db().getField(rs, "ClientDataNum").toString() + "|" +
+                    db->db().getField(rs, "FolderPath").toString();
+        db->db().moveNext(rs);
+    }
+    db->db().closeRecordset(rs);
+    EXPECT_EQ(rows, QStringList({"1030|Gamma Ltd", "1040|Delta_Co", "1050|Delta_Co (2)",
+                                 "1070|Delta_Co (3)"}));
+    EXPECT_EQ(temporariesBelow(vault), QStringList());
 }
 
 } // namespace

@@ -83,6 +83,8 @@ TEST(NormalisedLetterTest, EveryLetterItAcceptsIsWhatTheBoxWouldWrite) {
             const std::optional<QString> text = check->normalisedText(merged);
             ASSERT_TRUE(text.has_value()) << qPrintable(values.join(QLatin1Char('|')));
             ASSERT_EQ(*text, roundTrip(merged)) << qPrintable(values.join(QLatin1Char('|')));
+            // The bytes filed are those of the box's text.
+            ASSERT_EQ(check->normalisedLatin1(merged), roundTrip(merged).toLatin1());
             if (!accents) {
                 ASSERT_TRUE(check->isFixedPoint(merged));
             }
@@ -101,6 +103,7 @@ TEST(NormalisedLetterTest, CharactersBeyondLatinOneTakeTheRoundTrip) {
         const QStringList values = {"Pat", "Acme", "March 31", "x", value, "Toronto"};
         EXPECT_FALSE(check->normalisedText(substitute(templateRtf, values)).has_value())
             << qPrintable(value);
+        EXPECT_FALSE(check->normalisedLatin1(substitute(templateRtf, values)).has_value());
     }
     // In a run of a symbol font an accented byte may read as another
     // character: whatever the probe found, an accepted letter is exact.

@@ -7,6 +7,7 @@
 #include "support/TestEnvironment.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <gtest/gtest.h>
 
@@ -127,6 +128,104 @@ TEST(modDocVaultFoldersTest, StoredFolderPathsLeftTheVault) {
     EXPECT_NO_THROW(requireInsideVault(root + "/x/../Acme/", root));
     EXPECT_THROW(requireInsideVault(root + "/", root), QmError);
     EXPECT_THROW(requireInsideVault(root + "2/Acme", root), QmError);
+}
+
+TEST(modDocVaultFoldersTest, APlanMadeAheadStandsUnlessItReadWhatAnEarlierOneChanges) {
+    TestEnvironment env;
+    ScopedAppContext context;
+    MergeTestDatabase db(env.path("client.qmd"));
+    db.fillStandardPractice();
+    db.addClient(40, {{"CompanyName", "Delta/Co"}});
+    db.addClient(50, {{"CompanyName", "Delta:Co"}});
+    // A stored folder that is the parent of a personal client's folder.
+    db.exec("INSERT INTO ClientDocumentStorage (ClientDataNum, FolderPath) VALUES (1020, "
+            "'Personal Tax Clients')");
+    const QString root = env.root() + "/vault";
+    DocVaultIndex index(db.db());
+
+    // Planned before `delta` is made and recorded, as a walk that makes
+    // folders on another thread plans them.
+    const ClientFolderPlan delta = planBusinessClientDocFolder(1040, root, index);
+    const ClientFolderPlan deltaAgain = planBusinessClientDocFolder(1040, root, index);
+    const ClientFolderPlan sameName = planBusinessClientDocFolder(1050, root, index);
+    const ClientFolderPlan gamma = planBusinessClientDocFolder(1030, root, index);
+    const ClientFolderPlan solo = planPersonalClientDocFolder(102, root, index);
+    const ClientFolderPlan beta = planBusinessClientDocFolder(1020, root, index);
+    EXPECT_TRUE(delta.mustMake);
+    EXPECT_EQ(delta.folder, root + "/Delta_Co/");
+    EXPECT_EQ(delta.namesTried, QStringList{"Delta_Co"});
+    EXPECT_FALSE(QFileInfo::exists(delta.folder)) << "a plan makes nothing";
+    EXPECT_EQ(beta.storedChecked, root + "/Personal Tax Clients/");
+    EXPECT_EQ(beta.folder, root + "/Beta {Braces} _Back/");
+
+    EXPECT_TRUE(planReadsWhatCompletes(deltaAgain, delta));
+    EXPECT_TRUE(planReadsWhatCompletes(sameName, delta));
+    EXPECT_FALSE(planReadsWhatCompletes(gamma, delta));
+    EXPECT_FALSE(planReadsWhatCompletes(solo, delta));
+    EXPECT_TRUE(planReadsWhatCompletes(beta, solo));
+    EXPECT_FALSE(planReadsWhatCompletes(beta, delta));
+    EXPECT_FALSE(planReadsWhatCompletes(delta, gamma));
+
+    for (const ClientFolderPlan* made : {&delta, &solo}) {
+        makeVaultFolder(made->folder);
+        completeClientDocFolder(*made, index);
+    }
+    // Those that read what changed plan otherwise now; the others as before.
+    const ClientFolderPlan deltaAfter = planBusinessClientDocFolder(1040, root, index);
+    EXPECT_FALSE(deltaAfter.mustMake);
+    EXPECT_EQ(deltaAfter.folder, delta.folder);
+    const ClientFolderPlan sameNameAfter = planBusinessClientDocFolder(1050, root, index);
+    EXPECT_EQ(sameNameAfter.folder, root + "/Delta_Co (2)/");
+    EXPECT_EQ(sameNameAfter.namesTried, QStringList({"Delta_Co", "Delta_Co (2)"}));
+    const ClientFolderPlan betaAfter = planBusinessClientDocFolder(1020, root, index);
+    EXPECT_FALSE(betaAfter.mustMake);
+    EXPECT_EQ(betaAfter.folder, root + "/Personal Tax Clients/");
+    const ClientFolderPlan gammaAfter = planBusinessClientDocFolder(1030, root, index);
+    EXPECT_EQ(gammaAfter.folder, gamma.folder);
+    EXPECT_EQ(gammaAfter.mustMake, gamma.mustMake);
+
+    // Completed, the rows are those the one-step lookups write.
+    const int rs =
+        db.db().openRecordset("SELECT ClientDocumentStorage.* FROM ClientDocumentStorage ORDER BY "
+                              "ClientDocumentStorageID;");
+    QStringList rows;
+    while (!db.db().isEOF(rs)) {
+        rows << db.db().getField(rs, "ClientDataNum").toString() + "|" +
+                    db.db().getField(rs, "ContactNum").toString() + "|" +
+                    db.db().getField(rs, "FolderPath").toString();
+        db.db().moveNext(rs);
+    }
+    db.db().closeRecordset(rs);
+    EXPECT_EQ(rows, QStringList({"1020||Personal Tax Clients", "1040||Delta_Co",
+                                 "|102|Personal Tax Clients/Solo Person"}));
+}
+
+TEST(modDocVaultFoldersTest, AFolderThatCannotBeMadeIsNotRecorded) {
+    TestEnvironment env;
+    ScopedAppContext context;
+    MergeTestDatabase db(env.path("client.qmd"));
+    db.fillStandardPractice();
+    const QString root = env.root() + "/vault";
+    ASSERT_TRUE(QDir().mkpath(root));
+    QFile blocker(root + "/Gamma Ltd");
+    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
+    blocker.close();
+    DocVaultIndex index(db.db());
+    const ClientFolderPlan gamma = planBusinessClientDocFolder(1030, root, index);
+    ASSERT_TRUE(gamma.mustMake);
+    try {
+        makeVaultFolder(gamma.folder);
+        FAIL() << "a file stands where the folder goes";
+    } catch (const QmError& fault) {
+        EXPECT_EQ(fault.description(), "Path not found: " + root + "/Gamma Ltd/");
+    }
+    // As the one-step lookup says, and nothing is stored.
+    EXPECT_THROW(getBusinessClientDocFolder(1030, root), QmError);
+    EXPECT_FALSE(index.storedFolder("ClientDataNum", 1030));
+    const int rs = db.db().openRecordset("SELECT ClientDocumentStorage.* FROM "
+                                         "ClientDocumentStorage;");
+    EXPECT_EQ(db.db().recordCount(rs), 0);
+    db.db().closeRecordset(rs);
 }
 
 } // namespace

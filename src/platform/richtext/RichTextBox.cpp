@@ -332,19 +332,19 @@ void RichTextBox::LoadFile(const QString& path, int format) {
     setText(decodePlainText(*bytes));
 }
 
-void RichTextBox::SaveFile(const QString& path, int format) const {
-    QByteArray bytes;
+QByteArray RichTextBox::fileBytes(int format) const {
     if (format == rtfRTF) {
-        bytes = TextRTF().toLatin1();
-    } else {
-        const QString text = Text();
-        if (CodePage1252::canEncode(text)) {
-            bytes = CodePage1252::encode(text);
-        } else {
-            bytes = QByteArray("\xEF\xBB\xBF") + text.toUtf8();
-        }
+        return TextRTF().toLatin1();
     }
-    if (!fileControl::writeFileAtomically(path, bytes)) {
+    const QString text = Text();
+    if (CodePage1252::canEncode(text)) {
+        return CodePage1252::encode(text);
+    }
+    return QByteArray("\xEF\xBB\xBF") + text.toUtf8();
+}
+
+void RichTextBox::SaveFile(const QString& path, int format) const {
+    if (!fileControl::writeFileAtomically(path, fileBytes(format))) {
         throw QmError(QmError::PathFileAccessError, QStringLiteral("Path/File access error"));
     }
 }

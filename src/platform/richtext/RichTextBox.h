@@ -133,8 +133,7 @@ public:
     // Find's matching on a text already read: the first occurrence of
     // `text` in [from, to) of `haystack` (to -1: to the end) by the whole
     // word and match case options, or -1. An empty `text` is never found.
-    static int findIn(const QString& haystack, const QString& text, int from, int to,
-                      int options);
+    static int findIn(const QString& haystack, const QString& text, int from, int to, int options);
 
     // Loads a file: rtfRTF needs an RTF file (throws QmError InvalidFileFormat
     // otherwise); rtfText takes the bytes as plain text. Whatever stands
@@ -144,6 +143,9 @@ public:
     // Writes TextRTF (rtfRTF) or Text (rtfText) whole and atomically. Throws
     // QmError PathFileAccessError when it cannot be written.
     void SaveFile(const QString& path, int format = rtfRTF) const;
+    // The bytes SaveFile writes: TextRTF in Latin-1, or Text in code page
+    // 1252 when it fits and UTF-8 with a byte-order mark when it does not.
+    QByteArray fileBytes(int format = rtfRTF) const;
 
     // Lines as laid out for the current target (see setTargetDevice), 0-based.
     int lineCount() const;             // EM_GETLINECOUNT, at least 1
