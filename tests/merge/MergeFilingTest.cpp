@@ -2,6 +2,7 @@
 // as it goes tell, in which order, and what they leave on disk.
 
 #include "LetterTemporaries.h"
+#include "StandardPracticeTest.h"
 #include "context/AppContext.h"
 #include "merge/LetterWriter.h"
 #include "merge/MergeResultDocument.h"
@@ -21,17 +22,13 @@ namespace {
 
 const char* const kLetterName = "Mar 5 2024 - Year End.qmw";
 
-class MergeFilingTest : public ::testing::Test {
+class MergeFilingTest : public StandardPracticeTest {
 protected:
     void SetUp() override {
-        context->clock.setFixed(QDateTime(QDate(2024, 3, 5), QTime(9, 0)));
-        context->fieldInserter = &fields;
-        db = std::make_unique<MergeTestDatabase>(env.path("client.qmd"));
-        db->fillStandardPractice();
+        StandardPracticeTest::SetUp();
         fields.setLineBreaksAsParagraphs(false);
         fields.createDefaultFieldListStructure(InformationKind::Companies, true, true);
     }
-    void TearDown() override { db.reset(); }
 
     // A company merge of `ids` (company IDs), ready to merge.
     void prepare(MergeResultDocument& result, const QList<int>& ids) {
@@ -54,10 +51,6 @@ protected:
                 r.failure.isEmpty() ? QString("filed") : QString("failed")};
     }
 
-    TestEnvironment env;
-    ScopedAppContext context;
-    clsInsertFieldsInRTB fields;
-    std::unique_ptr<MergeTestDatabase> db;
     NullProgress progress;
 };
 

@@ -1,5 +1,6 @@
 #include "merge/MergeResultDocument.h"
 
+#include "StandardPracticeTest.h"
 #include "context/AppContext.h"
 #include "merge/MergeTestDatabase.h"
 #include "merge/clsInsertFieldsInRTB.h"
@@ -16,13 +17,10 @@
 
 namespace {
 
-class MergeRunTest : public ::testing::Test {
+class MergeRunTest : public StandardPracticeTest {
 protected:
     void SetUp() override {
-        context->clock.setFixed(QDateTime(QDate(2024, 3, 5), QTime(9, 0)));
-        context->fieldInserter = &fields;
-        db = std::make_unique<MergeTestDatabase>(env.path("client.qmd"));
-        db->fillStandardPractice();
+        StandardPracticeTest::SetUp();
         fields.setLineBreaksAsParagraphs(false);
         result.templateCaption = "Merge Template - Year End";
         result.templateText = QStringLiteral(
@@ -30,7 +28,6 @@ protected:
             "\\'abCompany Name\\'bb / \\'abContact Display Name\\'bb / \\'abAppointment "
             "Name\\'bb / \\'abTask Name\\'bb\\par\r\n}");
     }
-    void TearDown() override { db.reset(); }
 
     void run(int type, const QList<QStringList>& ids) {
         result.model.InformationType = informationKindFromInt(type);
@@ -50,10 +47,6 @@ protected:
         return out;
     }
 
-    TestEnvironment env;
-    ScopedAppContext context;
-    clsInsertFieldsInRTB fields;
-    std::unique_ptr<MergeTestDatabase> db;
     MergeResultDocument result;
     RecordingProgress progress;
 };

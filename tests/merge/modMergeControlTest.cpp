@@ -1,5 +1,6 @@
 #include "merge/modMergeControl.h"
 
+#include "StandardPracticeTest.h"
 #include "context/AppContext.h"
 #include "merge/MergeTestDatabase.h"
 #include "merge/clsInsertFieldsInRTB.h"
@@ -109,19 +110,15 @@ TEST(modMergeControlTest, TheDateListShowsTodayUnderEachFormatInOrder) {
     EXPECT_EQ(dates[13], "March 5");
 }
 
-class MergeListsTest : public ::testing::Test {
+class MergeListsTest : public StandardPracticeTest {
 protected:
     void SetUp() override {
-        context->clock.setFixed(QDateTime(QDate(2024, 3, 5), QTime(9, 0)));
-        context->fieldInserter = &fields;
-        db = std::make_unique<MergeTestDatabase>(env.path("client.qmd"));
-        db->fillStandardPractice();
+        StandardPracticeTest::SetUp();
         control.initializeMergeToolBar();
         control.fillFieldLists(InformationKind::Companies);
         box.setText("Dear ,");
         box.setSelStart(5);
     }
-    void TearDown() override { db.reset(); }
 
     // The entry of list 2 whose text is `text`.
     int entryOf(const QString& text) const {
@@ -134,10 +131,6 @@ protected:
         return -1;
     }
 
-    TestEnvironment env;
-    ScopedAppContext context;
-    clsInsertFieldsInRTB fields;
-    std::unique_ptr<MergeTestDatabase> db;
     modMergeControl control;
     RichTextBox box;
 };
