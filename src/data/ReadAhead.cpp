@@ -108,29 +108,32 @@ std::optional<ReadAhead::Shape> ReadAhead::shapeOf(const QString& sql) {
     return shape;
 }
 
-QString ReadAhead::batchedStatement(const Shape& shape) {
-    QString sql = QStringLiteral("SELECT %1, %2 AS qm_ahead_key FROM %3 WHERE %2 = ANY(?)")
-                      .arg(shape.selectList, shape.keyColumn, shape.from);
+QString ReadAhead::batchedStatement(const Shape& shape, bool server) {
+    QString sql = QStringLiteral("SELECT %1, %2 AS qm_ahead_key FROM %3 WHERE %2 %4")
+                      .arg(shape.selectList, shape.keyColumn, shape.from,
+                           server ? QStringLiteral("= ANY(?)")
+                                  : QStringLiteral("IN (SELECT value FROM json_each(?))"));
     if (!shape.orderBy.isEmpty())
         sql += u' ' + shape.orderBy;
     return sql;
 }
 
-QString ReadAhead::keyArray(const std::vector<qint64>& keys) {
+QString ReadAhead::keyArray(const std::vector<qint64>& keys, bool server) {
     QString list;
     list.reserve(qsizetype(keys.size()) * 8 + 2);
-    list += u'{';
+    list += server ? u'{' : u'[';
     for (size_t i = 0; i < keys.size(); ++i) {
         if (i > 0)
             list += u',';
         list += QString::number(keys[i]);
     }
-    list += u'}';
+    list += server ? u'}' : u']';
     return list;
 }
 
 const ReadAhead::Rows* ReadAhead::answer(QSqlDatabase& db, const QString& sql,
-                                         const QVariantList& values, qint64& statements) {
+                                         const QVariantList& values, qint64& statements,
+                                         bool server) {
     if (!isExpecting() || values.size() != 1 || !isWholeNumberType(values.front()))
         return nullptr;
     const qint64 key = values.front().toLongLong();
@@ -148,31 +151,36 @@ const ReadAhead::Rows* ReadAhead::answer(QSqlDatabase& db, const QString& sql,
         return nullptr;
     // A failed statement spoils the rest of a server transaction; the
     // savepoint confines it to this read, which is then asked as written.
+    // The embedded engine fails the statement alone.
     QSqlQuery control(db);
-    ++statements;
-    if (!control.exec(QStringLiteral("SAVEPOINT qm_read_ahead")))
-        return nullptr;
+    if (server) {
+        ++statements;
+        if (!control.exec(QStringLiteral("SAVEPOINT qm_read_ahead")))
+            return nullptr;
+    }
     std::shared_ptr<QSqlQuery>& prepared = m_prepared[sql];
     bool ran = false;
     if (!prepared) {
         prepared = std::make_shared<QSqlQuery>(db);
         prepared->setForwardOnly(true);
         ++statements;
-        ran = prepared->prepare(batchedStatement(*shape));
+        ran = prepared->prepare(batchedStatement(*shape, server));
     } else {
         ran = true;
     }
     QSqlQuery& query = *prepared;
     if (ran) {
-        query.bindValue(0, keyArray(*window));
+        query.bindValue(0, keyArray(*window, server));
         ++statements;
         ran = query.exec();
     }
     if (!ran) {
         // Back to the savepoint first: until then the server refuses even
         // to drop the statement.
-        ++statements;
-        control.exec(QStringLiteral("ROLLBACK TO SAVEPOINT qm_read_ahead"));
+        if (server) {
+            ++statements;
+            control.exec(QStringLiteral("ROLLBACK TO SAVEPOINT qm_read_ahead"));
+        }
         m_prepared.remove(sql);
         refuse(sql);
         return nullptr;
@@ -180,18 +188,20 @@ const ReadAhead::Rows* ReadAhead::answer(QSqlDatabase& db, const QString& sql,
     const QSqlRecord record = query.record();
     std::vector<RecordsetColumn> columns;
     for (int i = 0; i + 1 < record.count(); ++i)
-        columns.push_back(RecordsetColumn::describe(record.field(i), true));
+        columns.push_back(RecordsetColumn::describe(record.field(i), server));
     std::vector<std::vector<QVariant>> rows;
     while (query.next()) {
         std::vector<QVariant> row;
         row.reserve(size_t(record.count()));
         for (int i = 0; i < record.count(); ++i)
-            row.push_back(query.isNull(i) ? QVariant() : query.value(i));
+            row.push_back(server && query.isNull(i) ? QVariant() : query.value(i));
         rows.push_back(std::move(row));
     }
     query.finish();
-    ++statements;
-    control.exec(QStringLiteral("RELEASE SAVEPOINT qm_read_ahead"));
+    if (server) {
+        ++statements;
+        control.exec(QStringLiteral("RELEASE SAVEPOINT qm_read_ahead"));
+    }
     keep(sql, *window, columns, std::move(rows));
     return find(sql, key);
 }
@@ -202,6 +212,7 @@ void ReadAhead::expect(const QString& column, std::vector<qint64> keys) {
     m_learnt.clear();
     forgetRows();
     m_refused.clear();
+    m_windowSize.clear();
 }
 
 const ReadAhead::Rows* ReadAhead::find(const QString& sql, qint64 key) const {
@@ -240,7 +251,7 @@ std::optional<std::vector<qint64>> ReadAhead::windowFor(const QString& sql, cons
     std::vector<qint64> window{key};
     QHash<qint64, bool> taken{{key, true}};
     for (size_t i = size_t(source->index.value(key)) + 1;
-         i < source->keys.size() && window.size() < size_t(WindowSize); ++i) {
+         i < source->keys.size() && window.size() < size_t(windowSizeOf(sql)); ++i) {
         const qint64 next = source->keys[i];
         if (taken.contains(next) || (kept != m_kept.constEnd() && kept->byKey.contains(next)))
             continue;
@@ -257,6 +268,15 @@ void ReadAhead::keep(const QString& sql, const std::vector<qint64>& keys,
     constexpr qsizetype kMostKeptRows = 200000;
     if (m_keptRows + qsizetype(rows.size()) > kMostKeptRows)
         forgetRows();
+    if (m_kept.contains(sql)) {
+        // The window before was used up with no write between.
+        if (const int size = windowSizeOf(sql); size < WindowSize) {
+            if (size * 2 >= WindowSize)
+                m_windowSize.remove(sql);
+            else
+                m_windowSize.insert(sql, size * 2);
+        }
+    }
     Kept& kept = m_kept[sql];
     // Keys are asked in order, so the window before is done with.
     for (const Rows& done : std::as_const(kept.byKey))
@@ -332,6 +352,7 @@ void ReadAhead::forgetTable(const QString& table) {
         if (readsTable(it->upperSql, upper)) {
             for (const Rows& rows : std::as_const(it->byKey))
                 m_keptRows -= qsizetype(rows.rows.size());
+            shrinkWindow(it.key());
             it = m_kept.erase(it);
         } else {
             ++it;
@@ -339,7 +360,15 @@ void ReadAhead::forgetTable(const QString& table) {
     }
 }
 
-void ReadAhead::forgetRows() {
+void ReadAhead::shrinkWindow(const QString& sql) {
+    m_windowSize.insert(sql, std::max(SmallestWindow, windowSizeOf(sql) / 4));
+}
+
+void ReadAhead::forgetRows(bool written) {
+    if (written) {
+        for (auto it = m_kept.constBegin(); it != m_kept.constEnd(); ++it)
+            shrinkWindow(it.key());
+    }
     m_kept.clear();
     m_keptRows = 0;
 }

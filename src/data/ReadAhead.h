@@ -44,18 +44,18 @@ public:
         QString orderBy;   // "ORDER BY ..." or empty
     };
 
-    // Whether `sql` (translated for the server, one "?" for the key) can be
+    // Whether `sql` (translated for its engine, one "?" for the key) can be
     // read ahead, and its parts.
     static std::optional<Shape> shapeOf(const QString& sql);
-    // The statement over many keys, its one "?" an array of them: the
+    // The statement over many keys, its one "?" a list of them: the
     // original columns, then the key as the last column. It is the same
-    // text for every window, so the server plans it once (a join of ten
-    // tables takes longer to plan than to run).
-    static QString batchedStatement(const Shape& shape);
-    // The array of keys as the parameter of batchedStatement, in the
-    // server's text form, which it reads as an array of the key column's
-    // own type.
-    static QString keyArray(const std::vector<qint64>& keys);
+    // text for every window, so it is planned once (on a server a join of
+    // ten tables takes longer to plan than to run).
+    static QString batchedStatement(const Shape& shape, bool server);
+    // The list of keys as the parameter of batchedStatement: the server's
+    // array text, which it reads as an array of the key column's own type,
+    // or for the embedded engine a JSON array.
+    static QString keyArray(const std::vector<qint64>& keys, bool server);
 
     // The rows of `sql` (translated, one value in `values`) for that value:
     // kept from a read ahead, or read now with the rest of the key's window
@@ -64,7 +64,7 @@ public:
     // ahead, or the read failed; the caller then reads as asked, and the
     // transaction is as it was.
     const Rows* answer(QSqlDatabase& db, const QString& sql, const QVariantList& values,
-                       qint64& statements);
+                       qint64& statements, bool server);
 
     // The keys expected next, in order, and the column they are values of
     // (a statement keyed by a column of another name may still use them);
@@ -87,15 +87,21 @@ public:
     bool isRefused(const QString& sql) const { return m_refused.contains(sql); }
 
     // Forgets the kept rows of statements that read `table` (a write to it),
-    // or all of them.
+    // or all of them. A statement whose rows a write took keeps a smaller
+    // window from then on, so that a run writing every few records (a first
+    // merge's repairs) does not read a whole window again after each write;
+    // each window used up doubles it again.
     void forgetTable(const QString& table);
-    void forgetRows();
+    void forgetRows(bool written = false);
+    // The keys a window of `sql` holds at most now.
+    int windowSizeOf(const QString& sql) const { return m_windowSize.value(sql, WindowSize); }
     // Drops the prepared statements; before their connection closes.
     void forgetStatements();
 
     // Keys per window: enough that a round trip is shared by many letters,
     // few enough that a window's rows stay small.
     static constexpr int WindowSize = 512;
+    static constexpr int SmallestWindow = 8;
 
 private:
     struct KeyList {
@@ -109,6 +115,7 @@ private:
         QHash<qint64, Rows> byKey;
         QString upperSql; // for forgetTable
     };
+    void shrinkWindow(const QString& sql);
     void learn(const std::vector<RecordsetColumn>& columns,
                const std::vector<std::vector<QVariant>>& rows);
 
@@ -119,6 +126,7 @@ private:
     QHash<QString, KeyList> m_learnt;
     QHash<QString, Kept> m_kept;
     QHash<QString, bool> m_refused;
+    QHash<QString, int> m_windowSize;                      // by statement, when below WindowSize
     QHash<QString, std::shared_ptr<QSqlQuery>> m_prepared; // by the one-key statement
     qsizetype m_keptRows = 0;
 };

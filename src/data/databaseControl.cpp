@@ -540,10 +540,10 @@ int databaseControl::openRecordset(const QString& sql, int /*cursorType*/, int l
             return store(std::move(rs));
         }
     }
-    if (!memoKey.isEmpty()) {
+    if (m_batchOpen && m_readHolders > 0 && !rs->editable) {
         QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
-        if (const ReadAhead::Rows* ahead =
-                m_readAhead->answer(db, translated.sql, translated.parameters, m_statementCount)) {
+        if (const ReadAhead::Rows* ahead = m_readAhead->answer(
+                db, translated.sql, translated.parameters, m_statementCount, m_server)) {
             rs->columns = *ahead->columns;
             rs->lookup = ahead->lookup;
             rs->rows = ahead->rows;
@@ -677,7 +677,7 @@ std::optional<QVariant> databaseControl::serverLookup(const QString& sql,
     if (!memoKey.isEmpty()) {
         QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
         if (const ReadAhead::Rows* ahead =
-                m_readAhead->answer(db, translated.sql, values, m_statementCount)) {
+                m_readAhead->answer(db, translated.sql, values, m_statementCount, true)) {
             if (ahead->rows.empty())
                 return remember(std::nullopt);
             int at = 0;
@@ -721,7 +721,7 @@ std::optional<QVariant> databaseControl::serverLookup(const QString& sql,
 }
 
 void databaseControl::expectKeys(const QString& column, std::vector<qint64> keys) {
-    m_readAhead->expect(column, m_server ? std::move(keys) : std::vector<qint64>{});
+    m_readAhead->expect(column, std::move(keys));
 }
 
 void databaseControl::forgetReadAheadOf(const QString& sql) {
@@ -733,7 +733,7 @@ void databaseControl::forgetReadAheadOf(const QString& sql) {
     if (const auto m = written.match(sql); m.hasMatch())
         m_readAhead->forgetTable(m.captured(1));
     else
-        m_readAhead->forgetRows();
+        m_readAhead->forgetRows(true);
 }
 
 int databaseControl::filterRecordset(int handle, const QString& filter) {

@@ -183,14 +183,15 @@ public:
     static QString escapeLikeText(const QString& text);
 
     // The keys a run of reads by one key is about to ask for, in order (a
-    // merge's recipients), and the column they are values of. On a server,
-    // inside a batch that holds its reads, a read of one of them by a plain
+    // merge's recipients), and the column they are values of. Inside a
+    // batch that holds its reads, a read of one of them by a plain
     // "column = ?" statement then fetches the rows of the next keys with it
-    // in one round trip, and the next reads are answered from those rows
-    // until a write to a table they read. Commits of the batch do not
-    // refresh them: a letter's rows are as of the read of its window, a few
-    // hundred letters at most before it. Empty ends it. The embedded
-    // engine, where a read costs no round trip, ignores it. Use ExpectedKeys.
+    // in one statement (on a server, one round trip; on a file, one pass of
+    // the engine instead of one per key), and the next reads are answered
+    // from those rows until a write to a table they read. Commits of the
+    // batch do not refresh them: a letter's rows are as of the read of its
+    // window, a few hundred letters at most before it. Lookups on a file
+    // are read as asked. Empty ends it. Use ExpectedKeys.
     void expectKeys(const QString& column, std::vector<qint64> keys);
 
     // Whether the database is on a server (the path is a URI).

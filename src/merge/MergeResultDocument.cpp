@@ -71,7 +71,8 @@ bool MergeResultDocument::mergeRecords(ProgressReporter& progress, MergeFiling* 
     if (db && db->isConnected()) {
         repairs.emplace(*db, WriteBatch::Reads::Held);
     }
-    // On a server, the rows of many recipients come in one round trip.
+    // The rows of many recipients come in one read (on a server, one round
+    // trip).
     std::optional<ExpectedKeys> expected;
     if (repairs && !fromFilter && count > 1) {
         std::vector<qint64> keys;

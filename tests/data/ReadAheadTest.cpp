@@ -30,12 +30,17 @@ TEST(ReadAheadShape, OneKeyedReadsAreTakenApartAndRewrittenOverAnArray) {
     EXPECT_EQ(shape->orderBy, QStringLiteral("ORDER BY ContactLinks.ContactIDNum"));
     // The original columns keep their places (an ORDER BY by position still
     // means them); the key comes last.
-    EXPECT_EQ(ReadAhead::batchedStatement(*shape),
+    EXPECT_EQ(ReadAhead::batchedStatement(*shape, true),
               QStringLiteral("SELECT ContactLinks.ContactIDNum, ContactLinks.DefaultContact, "
                              "ContactLinks.CompanyNum AS qm_ahead_key FROM ContactLinks WHERE "
                              "ContactLinks.CompanyNum = ANY(?) ORDER BY "
                              "ContactLinks.ContactIDNum"));
-    EXPECT_EQ(ReadAhead::keyArray({3, -1, 12}), QStringLiteral("{3,-1,12}"));
+    EXPECT_EQ(ReadAhead::keyArray({3, -1, 12}, true), QStringLiteral("{3,-1,12}"));
+    // The embedded engine has no arrays; it reads the keys from JSON.
+    EXPECT_TRUE(ReadAhead::batchedStatement(*shape, false)
+                    .contains(QStringLiteral("ContactLinks.CompanyNum IN (SELECT value FROM "
+                                             "json_each(?)) ORDER BY")));
+    EXPECT_EQ(ReadAhead::keyArray({3, -1, 12}, false), QStringLiteral("[3,-1,12]"));
 
     const auto join = ReadAhead::shapeOf(
         QStringLiteral("SELECT Companies.CompanyID, Notes.Text FROM (Companies INNER JOIN Notes ON "
@@ -136,6 +141,38 @@ TEST_F(ReadAheadWindows, KeysOfTheNextKindOfReadAreLearntFromRowsReadAhead) {
     // Without a better-named list, the expected keys serve.
     EXPECT_EQ(window(companies, 40).front(), 40);
     EXPECT_EQ(window(companies, 40).size(), 11u);
+}
+
+TEST_F(ReadAheadWindows, WritesEveryFewRecordsShrinkTheWindowAndUsedWindowsGrowItBack) {
+    ahead.expect(QStringLiteral("CompanyID"), range(1, 4 * ReadAhead::WindowSize));
+    ahead.keep(companies, {1}, columnsNamed({QStringLiteral("CompanyName")}), {});
+    ahead.keep(links, {1}, columnsNamed({QStringLiteral("ContactIDNum")}), {});
+    ahead.forgetTable(QStringLiteral("Companies"));
+    const int shrunk = ahead.windowSizeOf(companies);
+    EXPECT_LT(shrunk, ReadAhead::WindowSize);
+    EXPECT_EQ(window(companies, 2).size(), size_t(shrunk));
+    EXPECT_EQ(ahead.windowSizeOf(links), ReadAhead::WindowSize) << "its table was not written";
+    // A write after every few records: the window ends at the smallest.
+    for (int k = 0; k < 10; ++k) {
+        ahead.keep(companies, {2}, columnsNamed({QStringLiteral("CompanyName")}), {});
+        ahead.forgetTable(QStringLiteral("Companies"));
+    }
+    EXPECT_EQ(ahead.windowSizeOf(companies), ReadAhead::SmallestWindow);
+    EXPECT_EQ(window(companies, 2).size(), size_t(ReadAhead::SmallestWindow));
+    // Once the writes stop, each window used up doubles the next.
+    ahead.keep(companies, {99}, columnsNamed({QStringLiteral("CompanyName")}), {});
+    qint64 next = 100;
+    while (ahead.windowSizeOf(companies) < ReadAhead::WindowSize) {
+        const int before = ahead.windowSizeOf(companies);
+        ahead.keep(companies, {next++}, columnsNamed({QStringLiteral("CompanyName")}), {});
+        ASSERT_GT(ahead.windowSizeOf(companies), before) << "window stuck at " << before;
+    }
+    // A write the statement text does not name forgets and shrinks all.
+    ahead.forgetRows(true);
+    EXPECT_LT(ahead.windowSizeOf(companies), ReadAhead::WindowSize);
+    // A new run starts with whole windows.
+    ahead.expect(QStringLiteral("CompanyID"), range(1, 10));
+    EXPECT_EQ(ahead.windowSizeOf(companies), ReadAhead::WindowSize);
 }
 
 TEST_F(ReadAheadWindows, WritesForgetTheRowsOfTheTablesTheyChange) {
