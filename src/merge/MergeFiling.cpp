@@ -85,6 +85,7 @@ QString MergeFiling::letterFolder(size_t index) {
     const MergedRecord& record = m_document.records[index];
     if (!m_index && connected()) {
         m_index.emplace(*app().database);
+        m_index->listFolders();
     }
     if (!m_index) {
         // Without a connection nothing is made, so nothing waits.

@@ -10,6 +10,7 @@
 #include "platform/text/stringControl.h"
 
 #include <QDir>
+#include <QDirIterator>
 
 namespace {
 
@@ -39,7 +40,7 @@ ClientFolderPlan planClientFolder(const QString& keyColumn, int id, const QStrin
         const QString candidate = fileControl::AddBackslash(base + *stored);
         requireInsideVault(candidate, base);
         plan.storedChecked = candidate;
-        if (fileControl::FolderExists(candidate)) {
+        if (index.folderExists(candidate)) {
             plan.folder = candidate;
             return plan;
         }
@@ -133,6 +134,63 @@ void DocVaultIndex::remember(const QString& keyColumn, int id, const QString& re
     m_clientByFolder.insert(relative, key);
 }
 
+namespace {
+
+// A folder path as its parent and its own name, without "." or "..".
+std::pair<QString, QString> parentAndName(const QString& folder) {
+    const QString clean = QDir::cleanPath(folder);
+    const qsizetype slash = clean.lastIndexOf(u'/');
+    if (slash < 0) {
+        return {QStringLiteral("."), clean};
+    }
+    return {slash == 0 ? QStringLiteral("/") : clean.left(slash), clean.mid(slash + 1)};
+}
+
+} // namespace
+
+bool DocVaultIndex::folderExists(const QString& folder) {
+    if (!m_listsFolders) {
+        return fileControl::FolderExists(folder);
+    }
+    const auto [parent, name] = parentAndName(folder);
+    if (name.isEmpty() || name == QLatin1String("..")) {
+        return fileControl::FolderExists(folder);
+    }
+    auto listed = m_foldersIn.find(parent);
+    if (listed == m_foldersIn.end()) {
+        QSet<QString> names;
+        // Links to folders count, as the disk's own answer follows them.
+        QDirIterator it(parent, QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System);
+        while (it.hasNext()) {
+            it.next();
+            names.insert(it.fileName());
+        }
+        listed = m_foldersIn.insert(parent, std::move(names));
+    }
+    return listed->contains(name);
+}
+
+void DocVaultIndex::noteFolder(const QString& folder) {
+    if (!m_listsFolders) {
+        return;
+    }
+    // Its parents were made with it; those already listed learn of them.
+    QString path = folder;
+    for (;;) {
+        const auto [parent, name] = parentAndName(path);
+        if (name.isEmpty() || name == QLatin1String("..") || parent == path) {
+            return;
+        }
+        if (const auto listed = m_foldersIn.find(parent); listed != m_foldersIn.end()) {
+            listed->insert(name);
+        }
+        if (parent == QLatin1String("/") || parent == QLatin1String(".")) {
+            return;
+        }
+        path = parent;
+    }
+}
+
 bool planReadsWhatCompletes(const ClientFolderPlan& later, const ClientFolderPlan& earlier) {
     if (!earlier.mustMake) {
         return false;
@@ -162,6 +220,7 @@ void completeClientDocFolder(const ClientFolderPlan& plan, DocVaultIndex& index)
     if (!plan.mustMake) {
         return;
     }
+    index.noteFolder(plan.folder);
     databaseControl* db = app().database;
     if (!db || !db->isConnected()) {
         throw QmError(QmError::Internal,

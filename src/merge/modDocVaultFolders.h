@@ -25,9 +25,21 @@ public:
     bool takenByAnother(const QString& keyColumn, int id, const QString& relative) const;
     void remember(const QString& keyColumn, int id, const QString& relative);
 
+    // From now on, whether a client's folder is on disk is answered from one
+    // listing of its parent folder, read the first time that parent is asked
+    // about, rather than by asking the disk for every letter. For a walk
+    // that owns the vault while it runs: folders it makes are noted as made
+    // (noteFolder); a folder made or removed by other hands meanwhile is
+    // seen only by the next walk.
+    void listFolders() { m_listsFolders = true; }
+    bool folderExists(const QString& folder);
+    void noteFolder(const QString& folder);
+
 private:
     QHash<QString, QString> m_folderByClient; // "ClientDataNum:12" -> folder
     QHash<QString, QString> m_clientByFolder; // folder -> first client holding it
+    bool m_listsFolders = false;
+    QHash<QString, QSet<QString>> m_foldersIn; // parent folder -> its subfolders' names
 };
 
 // The document vault: one folder per client below a root, remembered in
