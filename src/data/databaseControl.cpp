@@ -143,7 +143,7 @@ public:
         std::shared_ptr<const QHash<QString, int>> lookup;
     };
 
-    StatementCache(QSqlDatabase db, bool server) : m_db(std::move(db)), m_server(server) {}
+    StatementCache(const QSqlDatabase& db, bool server) : m_db(db), m_server(server) {}
 
     Entry& get(const QString& sql) {
         QSqlError error;

@@ -165,7 +165,7 @@ bool DocVaultIndex::folderExists(const QString& folder) {
             it.next();
             names.insert(it.fileName());
         }
-        listed = m_foldersIn.insert(parent, std::move(names));
+        listed = m_foldersIn.emplace(parent, std::move(names));
     }
     return listed->contains(name);
 }
@@ -322,7 +322,7 @@ QString getPersonalClientDocFolder(int contactID, const QString& root, DocVaultI
 QString getMiscAppointmentsFolder(const QString& root) {
     ProcedureScope scope(app().errors,
                          "QuillmerePad.exe-modDocVaultFolders-getMiscAppointmentsFolder");
-    const QString folder =
+    QString folder =
         vaultRoot(root) + QStringLiteral("Quillmere Merge Appointment Documents");
     if (!fileControl::FolderExists(folder)) {
         makeVaultFolder(folder);
