@@ -148,6 +148,17 @@ LookupStatements::Statement& LookupStatements::statement(const QString& jetSql,
     return *raw;
 }
 
+std::optional<std::pair<QString, QVariantList>>
+LookupStatements::boundStatement(const QString& jetSql, const QVariantList& arguments) {
+    const Statement& s = statement(jetSql, arguments);
+    if (arguments.size() != qsizetype(s.translated.placeholders.size()))
+        return std::nullopt;
+    QVariantList values = s.translated.parameters;
+    for (size_t k = 0; k < s.translated.placeholders.size(); ++k)
+        values[s.translated.placeholders[k]] = arguments[qsizetype(k)];
+    return std::pair{s.translated.sql, values};
+}
+
 std::optional<QVariant> LookupStatements::firstValue(const QString& jetSql,
                                                      const QVariantList& arguments,
                                                      const QString& column) {

@@ -37,6 +37,13 @@ public:
     std::optional<QVariant> firstValue(const QString& jetSql, const QVariantList& arguments,
                                        const QString& column);
 
+    // The statement a lookup runs, as translated for the engine, and its
+    // parameters with the arguments in the places of its "?"; nothing when
+    // the argument count does not match. For a caller that may answer it
+    // from rows read ahead. Throws as firstValue when it cannot be prepared.
+    std::optional<std::pair<QString, QVariantList>> boundStatement(const QString& jetSql,
+                                                                   const QVariantList& arguments);
+
     // The engine's schema version of the file, which the host's table
     // changes raise.
     int schemaVersion();

@@ -601,10 +601,36 @@ std::optional<QVariant> databaseControl::lookupValue(const QString& sql,
     requireConnection();
     if (m_server)
         return serverLookup(sql, arguments, column);
-    ++m_statementCount;
     if (!m_lookups)
         fail(QStringLiteral("The database driver does not give lookups its engine."));
+    // As openRecordset: a lookup of an expected key within a held batch is
+    // answered from the rows read ahead for its window.
+    if (m_batchOpen && m_readHolders > 0 && m_readAhead->isExpecting()) {
+        if (const auto bound = m_lookups->boundStatement(sql, arguments)) {
+            QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
+            if (const ReadAhead::Rows* ahead =
+                    m_readAhead->answer(db, bound->first, bound->second, m_statementCount, false))
+                return firstValueOf(*ahead, column, sql);
+        }
+    }
+    ++m_statementCount;
     return m_lookups->firstValue(sql, arguments, column);
+}
+
+std::optional<QVariant> databaseControl::firstValueOf(const ReadAhead::Rows& ahead,
+                                                      const QString& column,
+                                                      const QString& sql) const {
+    if (ahead.rows.empty())
+        return std::nullopt;
+    int at = 0;
+    if (const QString key = column.trimmed().toUpper(); !key.isEmpty()) {
+        at = ahead.lookup->value(key, -1);
+        if (const qsizetype dot = key.lastIndexOf(u'.'); at < 0 && dot > 0)
+            at = ahead.lookup->value(key.mid(dot + 1), -1);
+        if (at < 0)
+            fail(QStringLiteral("The lookup has no column %1: %2").arg(column, sql));
+    }
+    return Recordset::typedValue((*ahead.columns)[size_t(at)], ahead.rows.front()[size_t(at)]);
 }
 
 void databaseControl::runStatement(const QString& sql, const QVariantList& values,
@@ -677,20 +703,8 @@ std::optional<QVariant> databaseControl::serverLookup(const QString& sql,
     if (!memoKey.isEmpty()) {
         QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
         if (const ReadAhead::Rows* ahead =
-                m_readAhead->answer(db, translated.sql, values, m_statementCount, true)) {
-            if (ahead->rows.empty())
-                return remember(std::nullopt);
-            int at = 0;
-            if (const QString key = column.trimmed().toUpper(); !key.isEmpty()) {
-                at = ahead->lookup->value(key, -1);
-                if (const qsizetype dot = key.lastIndexOf(u'.'); at < 0 && dot > 0)
-                    at = ahead->lookup->value(key.mid(dot + 1), -1);
-                if (at < 0)
-                    fail(QStringLiteral("The lookup has no column %1: %2").arg(column, sql));
-            }
-            return remember(Recordset::typedValue((*ahead->columns)[size_t(at)],
-                                                  ahead->rows.front()[size_t(at)]));
-        }
+                m_readAhead->answer(db, translated.sql, values, m_statementCount, true))
+            return remember(firstValueOf(*ahead, column, sql));
     }
     runStatement(translated.sql, values, sql);
     QSqlQuery& query = m_statements->get(translated.sql).query;

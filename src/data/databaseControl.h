@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/ReadAhead.h"
 #include "data/Recordset.h"
 
 #include <QDate>
@@ -19,7 +20,6 @@ class QObject;
 class StatementCache;
 class TranslationCache;
 class LookupStatements;
-class ReadAhead;
 
 // The one access object to the client database: an SQLite file that the
 // host program owns and writes at the same time, or a database on a
@@ -227,6 +227,9 @@ private:
     // once after a changed table or a lost connection (see connect()).
     // Throws with `shown` in the message.
     void runStatement(const QString& sql, const QVariantList& values, const QString& shown);
+    // The lookup's column of the first row read ahead (as firstValue).
+    std::optional<QVariant> firstValueOf(const ReadAhead::Rows& ahead, const QString& column,
+                                         const QString& sql) const;
     std::optional<QVariant> serverLookup(const QString& sql, const QVariantList& arguments,
                                          const QString& column);
     QString describeFailure(const QSqlError& error) const;
