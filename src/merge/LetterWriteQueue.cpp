@@ -39,12 +39,16 @@ LetterWriteQueue::~LetterWriteQueue() {
 
 LetterWriteQueue::FolderTicket LetterWriteQueue::makeFolder(const QString& folder) {
     FolderTicket ticket = 0;
+    bool idle = false;
     {
         std::lock_guard lock(m_mutex);
         ticket = m_nextTicket++;
+        idle = isIdle();
         m_folderJobs.push_back(FolderJob{ticket, folder});
     }
-    m_jobAdded.notify_one();
+    if (idle) {
+        m_jobAdded.notify_one();
+    }
     return ticket;
 }
 
@@ -64,22 +68,30 @@ std::optional<QString> LetterWriteQueue::folderMade(FolderTicket ticket, bool wa
 
 void LetterWriteQueue::add(const QString& path, QByteArray bytes,
                            std::optional<FolderTicket> folder) {
+    bool idle = false;
     {
         std::unique_lock lock(m_mutex);
         m_progressed.wait(lock, [this] { return m_lettersWaiting < m_mostWaiting; });
+        idle = isIdle();
         m_jobs.push_back(Job{path, std::move(bytes), folder, false});
         ++m_lettersWaiting;
     }
-    m_jobAdded.notify_one();
+    if (idle) {
+        m_jobAdded.notify_one();
+    }
 }
 
 void LetterWriteQueue::closeBatch() {
+    bool idle = false;
     {
         std::lock_guard lock(m_mutex);
+        idle = isIdle();
         m_jobs.push_back(Job{QString(), QByteArray(), std::nullopt, true});
         ++m_batchesOut;
     }
-    m_jobAdded.notify_one();
+    if (idle) {
+        m_jobAdded.notify_one();
+    }
 }
 
 std::optional<LetterWriteQueue::Batch> LetterWriteQueue::takeBatch(bool wait) {

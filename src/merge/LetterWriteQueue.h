@@ -86,6 +86,10 @@ private:
 
     void write();
     void sync();
+    // Whether the writer has nothing to do, and so may be asleep: only then
+    // is it woken (a wake-up for every letter costs the caller more than
+    // the letter's own hand-over). Under the lock.
+    bool isIdle() const { return m_jobs.empty() && m_folderJobs.empty(); }
 
     const size_t m_mostWaiting;
     mutable std::mutex m_mutex;

@@ -163,6 +163,19 @@ QByteArray MergeFiling::letterBytes(const QString& rtf) {
     return documentFileBytes(m_scratch.fileBytes(m_saved.fileSaveType), m_trailer);
 }
 
+const QString& MergeFiling::letterFileName() {
+    // The same for every letter of the day; a walk past midnight takes the
+    // new day's name, as naming each letter would.
+    const QDate today = app().clock.today();
+    if (today != m_fileNameDay) {
+        m_fileName =
+            parseMergeFileName(m_document.templateCaption, m_document.model.fileSaveType,
+                               DocumentModel::MergeResults, m_document.model.InformationType);
+        m_fileNameDay = today;
+    }
+    return m_fileName;
+}
+
 void MergeFiling::file(size_t index) {
     // The folders of the records before, made while this one merged.
     completeFolders(false);
@@ -184,11 +197,7 @@ void MergeFiling::file(size_t index) {
             letter.ownEarlierSave =
                 !stringControl::isBlank(letter.path) && fileControl::FileExists(letter.path);
             if (!letter.ownEarlierSave) {
-                letter.path =
-                    letterFolder(index) + parseMergeFileName(m_document.templateCaption,
-                                                             m_document.model.fileSaveType,
-                                                             DocumentModel::MergeResults,
-                                                             m_document.model.InformationType);
+                letter.path = letterFolder(index) + letterFileName();
             }
             if (!m_vaultRoot.isEmpty()) {
                 requireInsideVault(letter.path, m_vaultRoot);

@@ -9,6 +9,7 @@
 #include "platform/errorClass.h"
 #include "platform/richtext/RichTextBox.h"
 
+#include <QDate>
 #include <QElapsedTimer>
 #include <QString>
 #include <deque>
@@ -82,6 +83,7 @@ private:
     // the folder was made in one step.
     void completeFolders(bool wait);
     QByteArray letterBytes(const QString& rtf);
+    const QString& letterFileName();
 
     MergeResultDocument& m_document;
     const QString m_vaultRoot;
@@ -100,5 +102,7 @@ private:
     std::vector<Staged> m_open;
     std::deque<std::vector<Staged>> m_closed;
     QElapsedTimer m_sinceClose;
+    QString m_fileName;
+    QDate m_fileNameDay;
     int m_failures = 0;
 };

@@ -40,6 +40,7 @@ ClientFolderPlan planClientFolder(const QString& keyColumn, int id, const QStrin
         const QString candidate = fileControl::AddBackslash(base + *stored);
         requireInsideVault(candidate, base);
         plan.storedChecked = candidate;
+        plan.comparedStored = fileControl::AddBackslash(QDir::cleanPath(candidate));
         if (index.folderExists(candidate)) {
             plan.folder = candidate;
             return plan;
@@ -55,6 +56,7 @@ ClientFolderPlan planClientFolder(const QString& keyColumn, int id, const QStrin
     plan.folder = fileControl::AddBackslash(base + relative);
     requireInsideVault(plan.folder, base);
     plan.mustMake = true;
+    plan.comparedFolder = fileControl::AddBackslash(QDir::cleanPath(plan.folder));
     plan.relative = relative;
     plan.hasRow = stored.has_value();
     plan.rowIsCurrent = stored && *stored == relative;
@@ -205,9 +207,7 @@ bool planReadsWhatCompletes(const ClientFolderPlan& later, const ClientFolderPla
         return false;
     }
     // Making a folder makes its parents too.
-    const QString made = fileControl::AddBackslash(QDir::cleanPath(earlier.folder));
-    const QString looked = fileControl::AddBackslash(QDir::cleanPath(later.storedChecked));
-    return made.startsWith(looked);
+    return earlier.comparedFolder.startsWith(later.comparedStored);
 }
 
 void makeVaultFolder(const QString& folder) {
@@ -322,8 +322,7 @@ QString getPersonalClientDocFolder(int contactID, const QString& root, DocVaultI
 QString getMiscAppointmentsFolder(const QString& root) {
     ProcedureScope scope(app().errors,
                          "QuillmerePad.exe-modDocVaultFolders-getMiscAppointmentsFolder");
-    QString folder =
-        vaultRoot(root) + QStringLiteral("Quillmere Merge Appointment Documents");
+    QString folder = vaultRoot(root) + QStringLiteral("Quillmere Merge Appointment Documents");
     if (!fileControl::FolderExists(folder)) {
         makeVaultFolder(folder);
     }

@@ -82,6 +82,11 @@ struct ClientFolderPlan {
     // when there was none) and the names it tried, in their order.
     QString storedChecked;
     QStringList namesTried;
+    // The two paths above as planReadsWhatCompletes compares them (no "."
+    // or "..", a trailing separator), worked out once by the plan: a walk
+    // compares each plan with every plan still open.
+    QString comparedFolder;
+    QString comparedStored;
 };
 ClientFolderPlan planBusinessClientDocFolder(int clientDataID, const QString& root,
                                              DocVaultIndex& index);
