@@ -3,6 +3,7 @@
 #include "merge/LetterWriter.h"
 #include "merge/modDocVaultFolders.h"
 #include "platform/errorClass.h"
+#include "platform/fileControl.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -20,9 +21,9 @@ void removeTemporaries(const LetterWriteQueue::Batch& batch) {
 
 } // namespace
 
-LetterWriteQueue::LetterWriteQueue(size_t mostWaiting)
-    : m_mostWaiting(std::max<size_t>(1, mostWaiting)), m_writer([this] { write(); }),
-      m_syncer([this] { sync(); }) {}
+LetterWriteQueue::LetterWriteQueue(size_t mostWaiting, QString history)
+    : m_mostWaiting(std::max<size_t>(1, mostWaiting)), m_history(std::move(history)),
+      m_writer([this] { write(); }), m_syncer([this] { sync(); }) {}
 
 LetterWriteQueue::~LetterWriteQueue() {
     {
@@ -73,7 +74,7 @@ void LetterWriteQueue::add(const QString& path, QByteArray bytes,
         std::unique_lock lock(m_mutex);
         m_progressed.wait(lock, [this] { return m_lettersWaiting < m_mostWaiting; });
         idle = isIdle();
-        m_jobs.push_back(Job{path, std::move(bytes), folder, false});
+        m_jobs.push_back(Job{path, std::move(bytes), folder, false, {}});
         ++m_lettersWaiting;
     }
     if (idle) {
@@ -81,12 +82,12 @@ void LetterWriteQueue::add(const QString& path, QByteArray bytes,
     }
 }
 
-void LetterWriteQueue::closeBatch() {
+void LetterWriteQueue::closeBatch(std::vector<Placement> placements) {
     bool idle = false;
     {
         std::lock_guard lock(m_mutex);
         idle = isIdle();
-        m_jobs.push_back(Job{QString(), QByteArray(), std::nullopt, true});
+        m_jobs.push_back(Job{QString(), QByteArray(), std::nullopt, true, std::move(placements)});
         ++m_batchesOut;
     }
     if (idle) {
@@ -185,6 +186,7 @@ void LetterWriteQueue::write() {
             current.batch.letters.push_back(std::move(written));
             continue;
         }
+        current.placements = std::move(job.placements);
         {
             std::lock_guard lock(m_mutex);
             m_toSync.push_back(std::move(current));
@@ -199,6 +201,45 @@ void LetterWriteQueue::write() {
         m_writerDone = true;
     }
     m_batchClosed.notify_one();
+}
+
+void LetterWriteQueue::place(Closed& closed) const {
+    if (closed.placements.empty()) {
+        return;
+    }
+    LetterWriter writer;
+    std::vector<Written>& letters = closed.batch.letters;
+    for (size_t i = 0; i < letters.size() && i < closed.placements.size(); ++i) {
+        Written& letter = letters[i];
+        const Placement& placement = closed.placements[i];
+        if (letter.temporary.isEmpty()) {
+            continue; // failed on the writer thread
+        }
+        if (!placement.place) {
+            QFile::remove(letter.temporary);
+            letter.temporary.clear();
+            continue;
+        }
+        try {
+            if (!closed.batch.syncFailure.isEmpty()) {
+                throw QmError(QmError::PathFileAccessError, closed.batch.syncFailure);
+            }
+            // A letter of this name from an earlier record or run is another
+            // letter: it is kept in the history folder.
+            if (!placement.keepEarlier && fileControl::FileExists(placement.path)) {
+                letter.replacedPath = writer.moveAside(placement.path, m_history);
+            }
+            LetterWriter::place(letter.temporary, placement.path);
+            letter.placed = true;
+        } catch (const QmError& fault) {
+            QFile::remove(letter.temporary);
+            letter.failure = fault.description();
+        } catch (const std::exception&) {
+            QFile::remove(letter.temporary);
+            letter.failure = QStringLiteral("Path/File access error: ") + placement.path;
+        }
+        letter.temporary.clear();
+    }
 }
 
 void LetterWriteQueue::sync() {
@@ -222,6 +263,7 @@ void LetterWriteQueue::sync() {
                 closed.batch.syncFailure = fault.description();
             }
         }
+        place(closed);
         {
             std::lock_guard lock(m_mutex);
             m_finished.push_back(std::move(closed.batch));

@@ -17,10 +17,13 @@
 // temporaries a killed run left in a folder the first time a letter goes
 // there (LetterWriter::sweep) and writes each letter to a temporary beside
 // its target. A second thread forces each closed batch to disk with one sync
-// while the writer goes on with the next. The caller takes the finished
-// batches back in the order it closed them and places the letters itself,
-// so that whatever tells the user a letter is filed runs on the caller's
-// thread right after its rename.
+// while the writer goes on with the next, and then, for a batch closed with
+// placements, renames its letters into place in their order (moving an
+// earlier letter of the same name aside first), so that the caller's thread
+// is left to merge. The caller takes the finished batches back in the order
+// it closed them, with each letter's outcome, and tells the user; a batch
+// closed without placements comes back with its temporaries for the caller
+// to place.
 //
 // At most `mostWaiting` letters wait to be written; add() blocks beyond
 // that, so memory stays flat however slow the disk. Nothing here throws
@@ -29,8 +32,16 @@ class LetterWriteQueue {
 public:
     // One letter as written: the temporary, or why there is none.
     struct Written {
-        QString temporary;
+        QString temporary; // empty once placed
         QString failure;
+        bool placed = false;
+        QString replacedPath; // where an earlier letter of its name went
+    };
+    // Where a letter of a batch goes once the batch is on disk.
+    struct Placement {
+        QString path;
+        bool place = true;        // false: its temporary is removed instead
+        bool keepEarlier = false; // a file at `path` is this letter's own earlier save
     };
     struct Batch {
         // In the order the letters were added.
@@ -42,7 +53,9 @@ public:
     // A folder asked for with makeFolder.
     using FolderTicket = quint64;
 
-    explicit LetterWriteQueue(size_t mostWaiting = 32);
+    // `history` names the subfolder an earlier letter of the same name is
+    // moved into when a placement puts a letter over it.
+    explicit LetterWriteQueue(size_t mostWaiting = 32, QString history = QString());
     // Writes what was added, then stops the threads. Temporaries of batches
     // never taken back are removed, so an abandoned queue leaves no file.
     ~LetterWriteQueue();
@@ -60,8 +73,11 @@ public:
     // A letter given the ticket of its folder fails with the folder's
     // failure when the folder could not be made.
     void add(const QString& path, QByteArray bytes, std::optional<FolderTicket> folder = {});
-    // The letters added since the last call form one batch.
-    void closeBatch();
+    // The letters added since the last call form one batch. With
+    // placements, one per letter in their order, the letters are placed
+    // once the batch is on disk, whether or not the batch is taken back: a
+    // letter placed is filed. Without, the caller places them.
+    void closeBatch(std::vector<Placement> placements = {});
     // The oldest closed batch once it is on disk; with `wait`, waits for
     // it when one is closed. Nothing when no closed batch is (yet) finished.
     std::optional<Batch> takeBatch(bool wait);
@@ -74,6 +90,7 @@ private:
         QByteArray bytes;
         std::optional<FolderTicket> folder;
         bool closesBatch = false;
+        std::vector<Placement> placements; // of a closing job
     };
     struct FolderJob {
         FolderTicket ticket = 0;
@@ -82,6 +99,7 @@ private:
     struct Closed {
         Batch batch;
         QString syncFolder; // empty when no letter of the batch was written
+        std::vector<Placement> placements;
     };
 
     void write();
@@ -91,7 +109,10 @@ private:
     // the letter's own hand-over). Under the lock.
     bool isIdle() const { return m_jobs.empty() && m_folderJobs.empty(); }
 
+    void place(Closed& closed) const;
+
     const size_t m_mostWaiting;
+    const QString m_history;
     mutable std::mutex m_mutex;
     std::condition_variable m_jobAdded;
     std::condition_variable m_batchClosed;

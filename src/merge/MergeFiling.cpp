@@ -32,7 +32,8 @@ bool connected() {
 
 MergeFiling::MergeFiling(MergeResultDocument& document, const QString& vaultRoot)
     : m_document(document), m_vaultRoot(vaultRoot), m_saved(document.model),
-      m_queue(std::make_unique<LetterWriteQueue>(kLettersWaiting)) {
+      m_queue(std::make_unique<LetterWriteQueue>(kLettersWaiting,
+                                                 MergeResultDocument::replacedFolderName())) {
     m_saved.documentType = DocumentModel::SavedMergeResult;
     try {
         m_trailer = documentFileBytes(QByteArray(), m_saved);
@@ -232,7 +233,17 @@ void MergeFiling::closeBatch() {
             qWarning("%s", qPrintable(fault.description()));
         }
     }
-    m_queue->closeBatch();
+    // The letters are placed on the queue's sync thread once on disk; what
+    // became of each is told here, in order, when the batch comes back.
+    std::vector<LetterWriteQueue::Placement> placements;
+    placements.reserve(m_open.size());
+    for (const Staged& letter : m_open) {
+        if (letter.written) {
+            placements.push_back(LetterWriteQueue::Placement{
+                letter.path, letter.folderFailure.isEmpty(), letter.ownEarlierSave});
+        }
+    }
+    m_queue->closeBatch(std::move(placements));
     m_closed.push_back(std::move(m_open));
     m_open.clear();
     m_sinceClose.restart();
@@ -259,29 +270,14 @@ void MergeFiling::place(const std::vector<Staged>& staged, LetterWriteQueue::Bat
         if (letter.written) {
             const LetterWriteQueue::Written& written = batch.letters.at(next++);
             if (!letter.folderFailure.isEmpty()) {
-                if (!written.temporary.isEmpty()) {
-                    QFile::remove(written.temporary);
-                }
                 record.failure = letter.folderFailure;
             } else if (!written.failure.isEmpty()) {
                 record.failure = written.failure;
+            } else if (written.placed) {
+                record.replacedPath = written.replacedPath;
+                record.savedPath = letter.path;
             } else {
-                try {
-                    if (!batch.syncFailure.isEmpty()) {
-                        throw QmError(QmError::PathFileAccessError, batch.syncFailure);
-                    }
-                    // A letter of this name from an earlier record or run is
-                    // another letter: it is kept in the history folder.
-                    if (!letter.ownEarlierSave && fileControl::FileExists(letter.path)) {
-                        record.replacedPath = m_writer.moveAside(
-                            letter.path, MergeResultDocument::replacedFolderName());
-                    }
-                    LetterWriter::place(written.temporary, letter.path);
-                    record.savedPath = letter.path;
-                } catch (const QmError& fault) {
-                    QFile::remove(written.temporary);
-                    record.failure = fault.description();
-                }
+                record.failure = QStringLiteral("Path/File access error: ") + letter.path;
             }
         }
         if (!record.failure.isEmpty()) {

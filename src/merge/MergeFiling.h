@@ -23,13 +23,14 @@ struct MergedRecord;
 // Files the records of a merge result one by one, as the save walk of
 // MergeResultDocument does, for that walk and for a merge that files each
 // record as soon as it is made. On the calling thread: the record's folder
-// as the database and the vault name it, its bytes, and, once the letter is
-// on disk, the move of an older letter into "Replaced", the rename into
-// place and onFiled. On the writer threads (LetterWriteQueue): new folders,
-// the sweep of each folder, the temporary file and the sync. A new folder's
-// row is written once the folder is there, while the next record merges.
-// Records are told to onFiled in the order they were filed, each right
-// after its rename, failures included.
+// as the database and the vault name it, its bytes, and onFiled. On the
+// writer threads (LetterWriteQueue): new folders, the sweep of each folder,
+// the temporary file, the sync and then, for each letter of the batch in
+// turn, the move of an older letter into "Replaced" and the rename into
+// place. A new folder's row is written once the folder is there, while the
+// next record merges, and committed before its letters are placed. Records
+// are told to onFiled in the order they were filed, after their batch's
+// renames, failures included.
 //
 // The database is app().database; the document must outlive this object and
 // its record vector must not shrink while records are being filed.
@@ -96,7 +97,6 @@ private:
     std::optional<DocVaultIndex> m_index;
     std::optional<WriteBatch> m_folderRows;
     std::deque<PendingFolder> m_pending;
-    LetterWriter m_writer;
     // Declared after what its batches refer to, destroyed before it.
     std::unique_ptr<LetterWriteQueue> m_queue;
     std::vector<Staged> m_open;

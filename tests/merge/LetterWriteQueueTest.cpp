@@ -99,6 +99,60 @@ TEST(LetterWriteQueueTest, AnAbandonedQueueLeavesNoTemporary) {
     EXPECT_TRUE(QDir(folder).entryList(QDir::Files | QDir::Hidden).isEmpty());
 }
 
+TEST(LetterWriteQueueTest, ABatchClosedWithPlacementsIsFiledInItsOrderOnceOnDisk) {
+    TestEnvironment env;
+    const QString folder = env.root() + "/client";
+    ASSERT_TRUE(QDir().mkpath(folder));
+    auto put = [](const QString& path, const QByteArray& bytes) {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+    };
+    put(folder + "/letter.qmw", "from an earlier run");
+    put(folder + "/own.qmw", "this record's earlier save");
+    using Placement = LetterWriteQueue::Placement;
+    std::vector<LetterWriteQueue::Batch> back;
+    {
+        LetterWriteQueue queue(2, "History");
+        queue.add(folder + "/letter.qmw", "first");
+        queue.add(folder + "/letter.qmw", "second"); // the same name again
+        queue.add(folder + "/own.qmw", "saved again");
+        queue.add(folder + "/unwanted.qmw", "its folder's row failed");
+        queue.add(env.root() + "/gone/letter.qmw", "no folder");
+        queue.closeBatch({Placement{folder + "/letter.qmw", true, false},
+                          Placement{folder + "/letter.qmw", true, false},
+                          Placement{folder + "/own.qmw", true, true},
+                          Placement{folder + "/unwanted.qmw", false, false},
+                          Placement{env.root() + "/gone/letter.qmw", true, false}});
+        back.push_back(*queue.takeBatch(true));
+        // Placed whether or not it is taken back.
+        queue.add(folder + "/late.qmw", "late");
+        queue.closeBatch({Placement{folder + "/late.qmw", true, false}});
+    }
+    const std::vector<LetterWriteQueue::Written>& letters = back.front().letters;
+    ASSERT_EQ(letters.size(), 5u);
+    EXPECT_TRUE(letters[0].placed);
+    EXPECT_EQ(letters[0].replacedPath, folder + "/History/letter.qmw");
+    EXPECT_TRUE(letters[1].placed);
+    EXPECT_EQ(letters[1].replacedPath, folder + "/History/letter (2).qmw");
+    EXPECT_TRUE(letters[2].placed);
+    EXPECT_TRUE(letters[2].replacedPath.isEmpty()) << "its own earlier save is written over";
+    EXPECT_FALSE(letters[3].placed);
+    EXPECT_TRUE(letters[3].failure.isEmpty());
+    EXPECT_FALSE(letters[4].placed);
+    EXPECT_FALSE(letters[4].failure.isEmpty());
+    for (const LetterWriteQueue::Written& letter : letters) {
+        EXPECT_TRUE(letter.temporary.isEmpty());
+    }
+    EXPECT_EQ(*fileControl::readWholeFile(folder + "/History/letter.qmw"), "from an earlier run");
+    EXPECT_EQ(*fileControl::readWholeFile(folder + "/History/letter (2).qmw"), "first");
+    EXPECT_EQ(*fileControl::readWholeFile(folder + "/letter.qmw"), "second");
+    EXPECT_EQ(*fileControl::readWholeFile(folder + "/own.qmw"), "saved again");
+    EXPECT_EQ(*fileControl::readWholeFile(folder + "/late.qmw"), "late");
+    EXPECT_FALSE(QFileInfo::exists(folder + "/unwanted.qmw"));
+    EXPECT_EQ(temporariesBelow(env.root()), QStringList());
+}
+
 TEST(LetterWriteQueueTest, FoldersAreMadeForTheirLettersAndAFailureStaysWithItsLetters) {
     TestEnvironment env;
     const QString root = env.root() + "/vault";
