@@ -603,9 +603,16 @@ std::optional<QVariant> databaseControl::lookupValue(const QString& sql,
         return serverLookup(sql, arguments, column);
     if (!m_lookups)
         fail(QStringLiteral("The database driver does not give lookups its engine."));
+    if (!m_batchOpen || m_readHolders == 0) {
+        ++m_statementCount;
+        return m_lookups->firstValue(sql, arguments, column);
+    }
     // As openRecordset: a lookup of an expected key within a held batch is
-    // answered from the rows read ahead for its window.
-    if (m_batchOpen && m_readHolders > 0 && m_readAhead->isExpecting()) {
+    // answered from the rows read ahead for its window; one of another key
+    // asked again (a merge asks whether contact -1 exists for every letter
+    // without a contact) from its first answer, until a write or a
+    // checkpoint.
+    if (m_readAhead->isExpecting()) {
         if (const auto bound = m_lookups->boundStatement(sql, arguments)) {
             QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
             if (const ReadAhead::Rows* ahead =
@@ -613,8 +620,15 @@ std::optional<QVariant> databaseControl::lookupValue(const QString& sql,
                 return firstValueOf(*ahead, column, sql);
         }
     }
+    const QString memoKey = memoKeyOf(sql + u'\x1e' + column, arguments);
+    if (const auto found = m_lookupMemo.constFind(memoKey); found != m_lookupMemo.constEnd())
+        return *found;
     ++m_statementCount;
-    return m_lookups->firstValue(sql, arguments, column);
+    const std::optional<QVariant> answer = m_lookups->firstValue(sql, arguments, column);
+    if (m_lookupMemo.size() >= 1024)
+        m_lookupMemo.clear();
+    m_lookupMemo.insert(memoKey, answer);
+    return answer;
 }
 
 std::optional<QVariant> databaseControl::firstValueOf(const ReadAhead::Rows& ahead,
