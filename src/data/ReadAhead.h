@@ -9,11 +9,13 @@
 #include <optional>
 #include <vector>
 
-// Reads of a server asked one key at a time (a merge reads a company, its
-// contact links, its contact, its business data, for every letter), each
-// answered from one read of that statement over a window of the keys the
-// run is expected to ask next. A round trip costs far more than the rows it
-// returns, so a window of keys costs about what one key did.
+// Reads asked one key at a time (a merge reads a company, its contact
+// links, its contact, its business data, for every letter), each answered
+// from one read of that statement over a window of the keys the run is
+// expected to ask next. On a server a round trip costs far more than the
+// rows it returns; on a file, each statement's own step through the engine
+// and the driver does. Either way a window of keys costs about what one key
+// did.
 //
 // The expected keys come from the caller (a merge's recipients, in their
 // order). Keys of the next kind of read are learnt from the rows read ahead:
