@@ -190,8 +190,8 @@ public:
     // the engine instead of one per key), and the next reads are answered
     // from those rows until a write to a table they read. Commits of the
     // batch do not refresh them: a letter's rows are as of the read of its
-    // window, a few hundred letters at most before it. Lookups on a file
-    // are read as asked. Empty ends it. Use ExpectedKeys.
+    // window, a few hundred letters at most before it. Lookups of such
+    // keys are answered the same way. Empty ends it. Use ExpectedKeys.
     void expectKeys(const QString& column, std::vector<qint64> keys);
 
     // Whether the database is on a server (the path is a URI).

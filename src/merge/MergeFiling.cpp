@@ -8,7 +8,6 @@
 #include "platform/fileControl.h"
 #include "platform/text/stringControl.h"
 
-#include <QFile>
 #include <algorithm>
 
 namespace {

@@ -3,7 +3,6 @@
 #include "data/databaseControl.h"
 #include "documents/DocumentModel.h"
 #include "merge/LetterWriteQueue.h"
-#include "merge/LetterWriter.h"
 #include "merge/NormalisedLetter.h"
 #include "merge/modDocVaultFolders.h"
 #include "platform/errorClass.h"
